@@ -1,0 +1,60 @@
+#include "core/appshell.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <cstdio>
+#include <unistd.h>
+
+#include "core/frmtavo.h"
+#include "core/placeholders.h"
+#include "support/frmsplash.h"
+
+namespace zelvan {
+
+void AppShell::setBusyPointer(bool busy) {
+    if (busy && !m_busy) QApplication::setOverrideCursor(Qt::WaitCursor);
+    if (!busy && m_busy) QApplication::restoreOverrideCursor();
+    m_busy = busy;
+}
+
+void AppShell::showSplash() {
+    frmSplash splash;
+    splash.timerSplashGoAway.setInterval(5000);
+    splash.timerSplashGoAway.start();
+    splash.exec();
+}
+
+MainConsole& AppShell::showMainWindow(Tavo& tavo) {
+    m_main = new frmTavo(tavo, *this);
+    m_main->move(0, 0);
+    m_main->show();
+    return m_main->console();
+}
+
+std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
+    return std::make_unique<PlaceholderFilter>(kind, tavo);
+}
+
+std::unique_ptr<DisplayOutput> AppShell::makeDisplay(Tavo& tavo) {
+    return std::make_unique<PlaceholderDisplay>(tavo);
+}
+
+void AppShell::showAbout() {
+    auto* about = new frmSplash(m_main);
+    about->setAttribute(Qt::WA_DeleteOnClose);
+    about->show();
+}
+
+void AppShell::showHelp() {
+    QMessageBox::information(m_main, QStringLiteral("Help"),
+                             QStringLiteral("Placeholder: the help pages are not built yet."));
+}
+
+// The process ends here, from inside whatever event asked for it: no capture
+// loop below gets control back, and no window is torn down first.
+void AppShell::endProcess() {
+    std::fflush(nullptr);
+    ::_exit(0);
+}
+
+}  // namespace zelvan

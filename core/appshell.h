@@ -1,0 +1,29 @@
+#pragma once
+// The window system as start-up, shutdown and the selections see it: it makes
+// the windows, shows the splash and ends the process.
+
+#include "core/mainview.h"
+
+namespace zelvan {
+
+class frmTavo;
+
+class AppShell : public Shell {
+public:
+    void setBusyPointer(bool busy) override;
+    void showSplash() override;
+    MainConsole& showMainWindow(Tavo& tavo) override;
+    std::unique_ptr<InputFilter> makeFilter(FilterKind kind, Tavo& tavo) override;
+    std::unique_ptr<DisplayOutput> makeDisplay(Tavo& tavo) override;
+    void showAbout() override;
+    void showHelp() override;
+    void endProcess() override;
+
+    frmTavo* mainWindow() const { return m_main; }
+
+private:
+    frmTavo* m_main = nullptr;
+    bool m_busy = false;
+};
+
+}  // namespace zelvan

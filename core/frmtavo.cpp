@@ -1,0 +1,202 @@
+#include "core/frmtavo.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QShortcut>
+#include <QStatusBar>
+
+#include "platform/qtext.h"
+
+namespace zelvan {
+
+namespace {
+
+// Layout measures come in twips (1440 to the inch), 15 to a pixel at 96 dpi.
+constexpr int px(int twips) { return twips / 15; }
+
+constexpr int kWidth = 480;
+constexpr int kHeight = 520;
+
+struct OptionSpec {
+    FilterKind kind;
+    const char* name;
+    const char* caption;
+    int top;  // inside Frame1, in twips
+    bool shown;
+    bool enabled;
+};
+
+// The ASCII button sits below the frame's bottom edge, out of sight but
+// enabled; the keyboard and file buttons are hidden. All five stay reachable
+// from the Input menu.
+constexpr OptionSpec kOptions[] = {
+    {FilterKind::L21Serial, "obIFL21Serial", "Line-21 (Serial)", 240, true, true},
+    {FilterKind::L21USB, "obIFL21USB", "Line-21 (Adrienne USB)", 480, true, true},
+    {FilterKind::Ascii, "obIFAscii", "Ascii (Serial)", 1080, true, true},
+    {FilterKind::Key, "obIFKey", "Ascii (Keyboard)", 1320, false, false},
+    {FilterKind::TDS, "obIFTDS", "TDS File", 1560, false, false},
+};
+
+}  // namespace
+
+frmTavo::frmTavo(Tavo& tavo, Shell& shell)
+    : m_tavo(tavo), m_shell(shell), m_console(tavo, *this, shell) {
+    setWindowTitle(QStringLiteral("Zelvan 21"));
+    setObjectName(QStringLiteral("frmTavo"));
+    buildControls();
+    buildMenus();
+    formLoad();
+}
+
+frmTavo::~frmTavo() {
+    if (m_tavo.view == this) m_tavo.view = nullptr;
+}
+
+void frmTavo::buildControls() {
+    auto* central = new QWidget(this);
+    setCentralWidget(central);
+
+    Frame1 = new QGroupBox(QStringLiteral("Input Filter:"), central);
+    Frame1->setGeometry(8, 4, 220, px(855));
+    for (const OptionSpec& spec : kOptions) {
+        auto* rb = new QRadioButton(QString::fromLatin1(spec.caption), Frame1);
+        rb->setObjectName(QString::fromLatin1(spec.name));
+        rb->setGeometry(10, px(spec.top), 200, 20);
+        rb->setVisible(spec.shown);
+        rb->setEnabled(spec.enabled);
+        // Runs only when the button becomes set, not on a click on a set button.
+        connect(rb, &QRadioButton::toggled, this, [this, kind = spec.kind](bool on) {
+            if (on) m_console.select(kind);
+        });
+        m_options[static_cast<std::size_t>(spec.kind)] = rb;
+    }
+
+    Frame2 = new QGroupBox(QStringLiteral("Output Filters:"), central);
+    Frame2->setGeometry(236, 4, 236, px(615));
+    chkOutDW = new QCheckBox(QStringLiteral("Zelvan Display"), Frame2);
+    chkOutDW->setObjectName(QStringLiteral("chkOutDW"));
+    chkOutDW->setGeometry(10, 18, 200, 20);
+    chkOutDW->setEnabled(false);
+    connect(chkOutDW, &QCheckBox::clicked, this,
+            [this] { m_console.chkOutDW_Click(chkOutDW->isChecked() ? 1 : 0); });
+    chkOutQT = new QCheckBox(QStringLiteral("Quicktime (QTtext)"), Frame2);
+    chkOutRT = new QCheckBox(QStringLiteral("Real (RealText)"), Frame2);
+    chkOutWT = new QCheckBox(QStringLiteral("WiMP (SAMI)"), Frame2);
+    for (auto [box, flag] : {std::pair{chkOutQT, &bOutQT}, {chkOutRT, &bOutRT}, {chkOutWT, &bOutWT}}) {
+        box->hide();
+        connect(box, &QCheckBox::toggled, this, [flag](bool on) { *flag = on; });
+    }
+
+    Label1 = new QLabel(QStringLiteral("Raw Input:"), central);
+    Label1->setGeometry(8, 70, 200, 18);
+    m_read = std::make_unique<QtHistoryPane>(central);
+    m_read->widget()->setObjectName(QStringLiteral("rtbReadHistory"));
+    m_read->widget()->setGeometry(8, 88, kWidth - 16, 300);
+
+    Label2 = new QLabel(QStringLiteral("Raw History:"), central);
+    Label2->hide();
+    m_raw = std::make_unique<QtHistoryPane>(central);
+    m_raw->widget()->setObjectName(QStringLiteral("rtbRawHistory"));
+    m_raw->widget()->hide();
+
+    Label5 = new QLabel(QStringLiteral("Chars Rec'd:"), central);
+    txtTotChars = new QLineEdit(central);
+    txtTotChars->setObjectName(QStringLiteral("txtTotChars"));
+    txtTotChars->setEnabled(false);
+
+    lblControlCodes = new QLabel(QStringLiteral("Control Code Reference (click)"), central);
+    lblControlCodes->hide();
+
+    cmdExit = new QPushButton(QStringLiteral("E X I T"), central);
+    cmdExit->setObjectName(QStringLiteral("cmdExit"));
+    connect(cmdExit, &QPushButton::clicked, this, [this] { m_tavo.exitProgram(); });
+
+    m_statusPanel = new QLabel(this);
+    m_statusPanel->setObjectName(QStringLiteral("sbStatusPanel1"));
+    statusBar()->setObjectName(QStringLiteral("sbStatus"));
+    statusBar()->addWidget(m_statusPanel, 1);
+    statusBar()->setSizeGripEnabled(false);
+}
+
+void frmTavo::buildMenus() {
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->addAction(QStringLiteral("&Preferences"), this, [] {
+        QMessageBox::information(nullptr, QStringLiteral("Preferences"),
+                                 QStringLiteral("Placeholder: the preferences window is not built yet."));
+    });
+    file->addAction(QStringLiteral("E&xit"), this, [this] { m_tavo.exitProgram(); });
+
+    QMenu* input = menuBar()->addMenu(QStringLiteral("&Input"));
+    for (const OptionSpec& spec : kOptions)
+        input->addAction(QString::fromLatin1(spec.caption), this,
+                         [this, kind = spec.kind] { selectFromMenu(kind); });
+
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->addAction(QStringLiteral("&Help Contents               F1"), this, [this] { showHelp(); });
+    help->addSeparator();
+    // F1 anywhere in the window, before any control sees the key.
+    new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { showHelp(); });
+    help->addAction(QStringLiteral("&About QintraZelvan"), this, [this] { m_shell.showAbout(); });
+}
+
+// The pane reaches down to 100 twips above the status bar, and the exit
+// button stands 100 twips above it; the window then keeps its size.
+void frmTavo::formLoad() {
+    resize(kWidth, kHeight);
+    const int statusTop = kHeight - menuBar()->sizeHint().height() - statusBar()->sizeHint().height();
+    const int exitHeight = 28;
+    const int exitTop = statusTop - exitHeight - px(100);
+    cmdExit->setGeometry(kWidth - 8 - 110, exitTop, 110, exitHeight);
+    Label5->setGeometry(8, exitTop + 5, 80, 18);
+    txtTotChars->setGeometry(90, exitTop + 2, 110, 24);
+    QWidget* pane = m_read->widget();
+    pane->setFixedHeight(exitTop - pane->y() - px(100));
+    setFixedSize(kWidth, kHeight);
+}
+
+// A menu selection sets the option button as a click would, then runs the
+// same handler; the signal is held so that the handler runs once.
+void frmTavo::selectFromMenu(FilterKind kind) {
+    showFilterOption(kind);
+    m_console.select(kind);
+}
+
+void frmTavo::showFilterOption(FilterKind kind) {
+    QRadioButton* rb = optionButton(kind);
+    const QSignalBlocker hold(rb);
+    rb->setChecked(true);
+}
+
+void frmTavo::showOutDWValue(int value) {
+    const QSignalBlocker hold(chkOutDW);
+    chkOutDW->setChecked(value == 1);
+}
+
+void frmTavo::setTotChars(const std::string& text) { txtTotChars->setText(toQString(text)); }
+
+void frmTavo::doStatus(const std::string& text) { m_statusPanel->setText(toQString(text)); }
+
+QString frmTavo::readHistoryText() const { return m_read->widget()->toPlainText(); }
+QString frmTavo::totCharsText() const { return txtTotChars->text(); }
+QString frmTavo::statusText() const { return m_statusPanel->text(); }
+QRadioButton* frmTavo::optionButton(FilterKind kind) const {
+    return m_options[static_cast<std::size_t>(kind)];
+}
+
+void frmTavo::showHelp() { m_shell.showHelp(); }
+
+// Closing the window is the query step of the close box: it never returns
+// from exitProgram in the running program.
+void frmTavo::closeEvent(QCloseEvent* e) {
+    e->ignore();
+    m_tavo.exitProgram();
+}
+
+}  // namespace zelvan

@@ -1,0 +1,77 @@
+#pragma once
+// The main window "Zelvan 21": the history panes, the filter selection, the
+// status line and the menus. It owns the console logic and binds to it.
+
+#include <QMainWindow>
+#include <array>
+#include <memory>
+
+#include "core/mainconsole.h"
+#include "core/mainview.h"
+#include "core/qthistorypane.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QStatusBar;
+
+namespace zelvan {
+
+class frmTavo : public QMainWindow, public MainView {
+    Q_OBJECT
+public:
+    frmTavo(Tavo& tavo, Shell& shell);
+    ~frmTavo() override;
+
+    MainConsole& console() { return m_console; }
+
+    HistoryPane& rtbRawHistory() override { return *m_raw; }
+    HistoryPane& rtbReadHistory() override { return *m_read; }
+    void setTotChars(const std::string& text) override;
+    void doStatus(const std::string& text) override;
+    void showFilterOption(FilterKind kind) override;
+    void showOutDWValue(int value) override;
+
+    // For tests and screenshots: what the operator reads.
+    QString readHistoryText() const;
+    QString totCharsText() const;
+    QString statusText() const;
+    QRadioButton* optionButton(FilterKind kind) const;
+
+protected:
+    void closeEvent(QCloseEvent* e) override;
+
+private:
+    void buildControls();
+    void buildMenus();
+    void formLoad();
+    void selectFromMenu(FilterKind kind);
+    void showHelp();
+
+    Tavo& m_tavo;
+    Shell& m_shell;
+    MainConsole m_console;
+    QGroupBox* Frame1 = nullptr;
+    QGroupBox* Frame2 = nullptr;
+    std::array<QRadioButton*, 5> m_options{};
+    QCheckBox* chkOutDW = nullptr;
+    QCheckBox* chkOutQT = nullptr;
+    QCheckBox* chkOutRT = nullptr;
+    QCheckBox* chkOutWT = nullptr;
+    std::unique_ptr<QtHistoryPane> m_raw;
+    std::unique_ptr<QtHistoryPane> m_read;
+    QLabel* Label1 = nullptr;
+    QLabel* Label2 = nullptr;
+    QLabel* Label5 = nullptr;
+    QLineEdit* txtTotChars = nullptr;
+    QLabel* lblControlCodes = nullptr;
+    QPushButton* cmdExit = nullptr;
+    QLabel* m_statusPanel = nullptr;
+    // Flags behind the hidden output boxes; nothing reads them.
+    bool bOutQT = false, bOutRT = false, bOutWT = false;
+};
+
+}  // namespace zelvan

@@ -1,0 +1,60 @@
+#include "platform/qtdispatch.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+namespace zelvan {
+
+namespace {
+
+class QtTimer : public Timer {
+public:
+    explicit QtTimer(std::function<void()> fn) {
+        QObject::connect(&m_timer, &QTimer::timeout, [fn = std::move(fn)] { fn(); });
+    }
+    void setInterval(int ms) override {
+        m_interval = ms;
+        apply();
+    }
+    int interval() const override { return m_interval; }
+    void setEnabled(bool on) override {
+        m_enabled = on;
+        apply();
+    }
+    bool enabled() const override { return m_enabled; }
+
+private:
+    // A window-system timer with interval 0 doesn't fire; QTimer with 0 would
+    // fire on every pass of the loop, so it is held stopped instead.
+    void apply() {
+        if (m_enabled && m_interval > 0)
+            m_timer.start(m_interval);
+        else
+            m_timer.stop();
+    }
+
+    QTimer m_timer;
+    int m_interval = 0;
+    bool m_enabled = false;
+};
+
+}  // namespace
+
+QtDispatch::QtDispatch() { m_clock.start(); }
+
+void QtDispatch::yield() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
+
+void QtDispatch::yieldOrWait() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+void QtDispatch::post(std::function<void()> fn) {
+    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(fn), Qt::QueuedConnection);
+}
+
+std::unique_ptr<Timer> QtDispatch::makeTimer(std::function<void()> onFire) {
+    return std::make_unique<QtTimer>(std::move(onFire));
+}
+
+}  // namespace zelvan

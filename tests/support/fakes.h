@@ -1,0 +1,144 @@
+#pragma once
+// Test doubles of the window side: a main view with in-memory panes, a shell
+// that counts what start-up and shutdown asked of it, and filters and a display
+// that record their calls into one shared log.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/mainconsole.h"
+#include "core/tavo.h"
+#include "platform/settingsstore.h"
+#include "platform/tone.h"
+#include "platform/virtualdispatch.h"
+
+namespace zelvan::testing {
+
+class FakeView : public MainView {
+public:
+    HistoryPane& rtbRawHistory() override { return raw; }
+    HistoryPane& rtbReadHistory() override { return read; }
+    void setTotChars(const std::string& text) override { totChars = text; }
+    void doStatus(const std::string& text) override { status = text; }
+    void showFilterOption(FilterKind kind) override { option = kind; }
+    void showOutDWValue(int value) override { outDW = value; }
+
+    TextPane raw, read;
+    std::string totChars, status;
+    FilterKind option = FilterKind::TDS;
+    int outDW = 0;
+};
+
+class RecordingTone : public Tone {
+public:
+    void play(int hz, int ms) override { tones.push_back({hz, ms}); }
+    std::vector<std::pair<int, int>> tones;
+};
+
+using Log = std::vector<std::string>;
+
+// A filter that echoes each character into row 1 and reports a style of the
+// test's choosing; its showForm runs a hook the test gives.
+class FakeFilter : public InputFilter {
+public:
+    FakeFilter(std::string name, Log& log) : name(std::move(name)), log(log) {}
+    void showForm() override {
+        log.push_back(name + ".showForm");
+        if (onShow) onShow();
+    }
+    void hideForm() override {
+        log.push_back(name + ".hideForm");
+        if (onHide) onHide();
+    }
+    std::int16_t filterEntry(const std::string& in, std::string& out) override {
+        received += in;
+        out.clear();
+        return styleFor ? styleFor(in[0]) : kStyleNothing;
+    }
+    std::string getExternalText(std::int16_t i) override {
+        return i == 1 ? received : std::string();
+    }
+    std::string getExternalTextTrimmed(std::int16_t i) override { return getExternalText(i); }
+
+    std::string name;
+    Log& log;
+    std::string received;
+    std::function<void()> onShow, onHide;
+    std::function<std::int16_t(char)> styleFor;
+};
+
+class FakeDisplay : public DisplayOutput {
+public:
+    explicit FakeDisplay(Log& log) : log(log) {}
+    void showForm() override { log.push_back("display.showForm"); }
+    void hideForm() override { log.push_back("display.hideForm"); }
+    void doInput(std::int16_t style, const std::string&) override { styles.push_back(style); }
+    void showStartupBarker(bool bDoIt) override {
+        log.push_back(bDoIt ? "display.showStartupBarker(true)" : "display.showStartupBarker(false)");
+    }
+    void DWErase() override { log.push_back("display.DWErase"); }
+
+    Log& log;
+    std::vector<std::int16_t> styles;
+};
+
+class FakeShell : public Shell {
+public:
+    explicit FakeShell(Log& log) : log(log) {}
+    void setBusyPointer(bool busy) override { log.push_back(busy ? "busy" : "idle"); }
+    void showSplash() override { log.push_back("splash"); }
+    MainConsole& showMainWindow(Tavo& tavo) override {
+        log.push_back("mainWindow");
+        console = std::make_unique<MainConsole>(tavo, view, *this);
+        return *console;
+    }
+    std::unique_ptr<InputFilter> makeFilter(FilterKind kind, Tavo&) override {
+        static const char* names[] = {"L21Serial", "L21USB", "Ascii", "Key", "TDS"};
+        auto f = std::make_unique<FakeFilter>(names[static_cast<int>(kind)], log);
+        if (onMake) onMake(kind, *f);
+        lastFilter = f.get();
+        return f;
+    }
+    std::unique_ptr<DisplayOutput> makeDisplay(Tavo&) override {
+        auto d = std::make_unique<FakeDisplay>(log);
+        display = d.get();
+        return d;
+    }
+    void showAbout() override { log.push_back("about"); }
+    void showHelp() override { log.push_back("help"); }
+    void endProcess() override {
+        log.push_back("endProcess");
+        ++ends;
+    }
+
+    Log& log;
+    FakeView view;
+    std::unique_ptr<MainConsole> console;
+    FakeFilter* lastFilter = nullptr;
+    FakeDisplay* display = nullptr;
+    std::function<void(FilterKind, FakeFilter&)> onMake;
+    int ends = 0;
+};
+
+// A fresh program state on virtual time, with the main window faked.
+struct Rig {
+    VirtualDispatch dispatch;
+    MemorySettingsStore store;
+    RecordingTone tone;
+    Log log;
+    FakeShell shell{log};
+    Tavo tavo{dispatch, store, tone};
+
+    MainConsole& console() {
+        if (!shell.console) shell.showMainWindow(tavo);
+        return *shell.console;
+    }
+    FakeView& view() { return shell.view; }
+    void queue(const std::string& bytes) {
+        for (unsigned char b : bytes) tavo.queueByte(b);
+    }
+};
+
+}  // namespace zelvan::testing
