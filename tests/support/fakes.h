@@ -55,7 +55,7 @@ public:
     std::int16_t filterEntry(const std::string& in, std::string& out) override {
         received += in;
         out.clear();
-        return styleFor ? styleFor(in[0]) : kStyleNothing;
+        return styleFor ? styleFor(in[0]) : std::int16_t{kStyleNothing};
     }
     std::string getExternalText(std::int16_t i) override {
         return i == 1 ? received : std::string();
