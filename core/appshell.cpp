@@ -1,9 +1,9 @@
 #include "core/appshell.h"
 
+#include <unistd.h>
 #include <QApplication>
 #include <QMessageBox>
 #include <cstdio>
-#include <unistd.h>
 
 #include "core/frmtavo.h"
 #include "core/placeholders.h"

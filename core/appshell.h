@@ -9,7 +9,7 @@ namespace zelvan {
 class frmTavo;
 
 class AppShell : public Shell {
-public:
+  public:
     void setBusyPointer(bool busy) override;
     void showSplash() override;
     MainConsole& showMainWindow(Tavo& tavo) override;
@@ -21,7 +21,7 @@ public:
 
     frmTavo* mainWindow() const { return m_main; }
 
-private:
+  private:
     frmTavo* m_main = nullptr;
     bool m_busy = false;
 };

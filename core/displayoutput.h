@@ -7,7 +7,7 @@
 namespace zelvan {
 
 class DisplayOutput {
-public:
+  public:
     virtual ~DisplayOutput() = default;
     virtual void showForm() = 0;
     virtual void hideForm() = 0;

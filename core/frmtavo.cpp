@@ -19,7 +19,9 @@ namespace zelvan {
 namespace {
 
 // Layout measures come in twips (1440 to the inch), 15 to a pixel at 96 dpi.
-constexpr int px(int twips) { return twips / 15; }
+constexpr int px(int twips) {
+    return twips / 15;
+}
 
 constexpr int kWidth = 480;
 constexpr int kHeight = 520;
@@ -89,7 +91,8 @@ void frmTavo::buildControls() {
     chkOutQT = new QCheckBox(QStringLiteral("Quicktime (QTtext)"), Frame2);
     chkOutRT = new QCheckBox(QStringLiteral("Real (RealText)"), Frame2);
     chkOutWT = new QCheckBox(QStringLiteral("WiMP (SAMI)"), Frame2);
-    for (auto [box, flag] : {std::pair{chkOutQT, &bOutQT}, {chkOutRT, &bOutRT}, {chkOutWT, &bOutWT}}) {
+    for (auto [box, flag] :
+         {std::pair{chkOutQT, &bOutQT}, {chkOutRT, &bOutRT}, {chkOutWT, &bOutWT}}) {
         box->hide();
         connect(box, &QCheckBox::toggled, this, [flag](bool on) { *flag = on; });
     }
@@ -128,8 +131,9 @@ void frmTavo::buildControls() {
 void frmTavo::buildMenus() {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
     file->addAction(QStringLiteral("&Preferences"), this, [] {
-        QMessageBox::information(nullptr, QStringLiteral("Preferences"),
-                                 QStringLiteral("Placeholder: the preferences window is not built yet."));
+        QMessageBox::information(
+            nullptr, QStringLiteral("Preferences"),
+            QStringLiteral("Placeholder: the preferences window is not built yet."));
     });
     file->addAction(QStringLiteral("E&xit"), this, [this] { m_tavo.exitProgram(); });
 
@@ -139,7 +143,8 @@ void frmTavo::buildMenus() {
                          [this, kind = spec.kind] { selectFromMenu(kind); });
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-    help->addAction(QStringLiteral("&Help Contents               F1"), this, [this] { showHelp(); });
+    help->addAction(QStringLiteral("&Help Contents               F1"), this,
+                    [this] { showHelp(); });
     help->addSeparator();
     // F1 anywhere in the window, before any control sees the key.
     new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { showHelp(); });
@@ -150,7 +155,8 @@ void frmTavo::buildMenus() {
 // button stands 100 twips above it; the window then keeps its size.
 void frmTavo::formLoad() {
     resize(kWidth, kHeight);
-    const int statusTop = kHeight - menuBar()->sizeHint().height() - statusBar()->sizeHint().height();
+    const int statusTop =
+        kHeight - menuBar()->sizeHint().height() - statusBar()->sizeHint().height();
     const int exitHeight = 28;
     const int exitTop = statusTop - exitHeight - px(100);
     cmdExit->setGeometry(kWidth - 8 - 110, exitTop, 110, exitHeight);
@@ -179,18 +185,30 @@ void frmTavo::showOutDWValue(int value) {
     chkOutDW->setChecked(value == 1);
 }
 
-void frmTavo::setTotChars(const std::string& text) { txtTotChars->setText(toQString(text)); }
+void frmTavo::setTotChars(const std::string& text) {
+    txtTotChars->setText(toQString(text));
+}
 
-void frmTavo::doStatus(const std::string& text) { m_statusPanel->setText(toQString(text)); }
+void frmTavo::doStatus(const std::string& text) {
+    m_statusPanel->setText(toQString(text));
+}
 
-QString frmTavo::readHistoryText() const { return m_read->widget()->toPlainText(); }
-QString frmTavo::totCharsText() const { return txtTotChars->text(); }
-QString frmTavo::statusText() const { return m_statusPanel->text(); }
+QString frmTavo::readHistoryText() const {
+    return m_read->widget()->toPlainText();
+}
+QString frmTavo::totCharsText() const {
+    return txtTotChars->text();
+}
+QString frmTavo::statusText() const {
+    return m_statusPanel->text();
+}
 QRadioButton* frmTavo::optionButton(FilterKind kind) const {
     return m_options[static_cast<std::size_t>(kind)];
 }
 
-void frmTavo::showHelp() { m_shell.showHelp(); }
+void frmTavo::showHelp() {
+    m_shell.showHelp();
+}
 
 // Closing the window is the query step of the close box: it never returns
 // from exitProgram in the running program.

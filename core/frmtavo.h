@@ -22,7 +22,7 @@ namespace zelvan {
 
 class frmTavo : public QMainWindow, public MainView {
     Q_OBJECT
-public:
+  public:
     frmTavo(Tavo& tavo, Shell& shell);
     ~frmTavo() override;
 
@@ -41,10 +41,10 @@ public:
     QString statusText() const;
     QRadioButton* optionButton(FilterKind kind) const;
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* e) override;
 
-private:
+  private:
     void buildControls();
     void buildMenus();
     void formLoad();

@@ -16,7 +16,7 @@ inline constexpr Rgb kBlack{0, 0, 0};
 inline constexpr Rgb kRed{255, 0, 0};
 
 class HistoryPane {
-public:
+  public:
     virtual ~HistoryPane() = default;
     virtual void setInsertColor(Rgb c) = 0;
     // Inserts at the caret in the current insert colour; the caret follows.
@@ -29,7 +29,7 @@ public:
 // The pane in memory. The caret is always at the end, and text takes the
 // colour last set, which is also the colour of the character before the caret.
 class TextPane : public HistoryPane {
-public:
+  public:
     void setInsertColor(Rgb c) override { m_color = c; }
     void insertText(const std::string& bytes) override {
         m_text += bytes;
@@ -58,7 +58,7 @@ public:
         return out;
     }
 
-private:
+  private:
     std::string m_text;
     std::vector<Rgb> m_colors;
     Rgb m_color = kBlack;

@@ -19,11 +19,10 @@ enum Style : std::int16_t {
 // the selection handlers walk them.
 enum class FilterKind { L21Serial, L21USB, Ascii, Key, TDS };
 inline constexpr FilterKind kFilterOrder[] = {FilterKind::L21Serial, FilterKind::L21USB,
-                                              FilterKind::Ascii, FilterKind::Key,
-                                              FilterKind::TDS};
+                                              FilterKind::Ascii, FilterKind::Key, FilterKind::TDS};
 
 class InputFilter {
-public:
+  public:
     virtual ~InputFilter() = default;
     // Places and shows the window and brings the filter to where input can start.
     // May enter the capture loop and stay there until capture stops.

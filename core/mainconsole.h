@@ -27,7 +27,7 @@ inline constexpr std::array<SelectionRule, 5> kSelectionRules{{
 }};
 
 class MainConsole {
-public:
+  public:
     MainConsole(Tavo& tavo, MainView& view, Shell& shell);
 
     void obIFL21Serial_Click() { select(FilterKind::L21Serial); }
@@ -41,7 +41,7 @@ public:
     // The window of a selected filter, for the windows that bind to it.
     InputFilter* filterWindow(FilterKind kind) { return m_tavo.filterRef(kind); }
 
-private:
+  private:
     void giveUp(FilterKind kind);
 
     Tavo& m_tavo;

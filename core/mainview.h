@@ -12,7 +12,7 @@
 namespace zelvan {
 
 class MainView {
-public:
+  public:
     virtual ~MainView() = default;
     virtual HistoryPane& rtbRawHistory() = 0;
     virtual HistoryPane& rtbReadHistory() = 0;
@@ -28,7 +28,7 @@ class MainConsole;
 class Tavo;
 
 class Shell {
-public:
+  public:
     virtual ~Shell() = default;
     virtual void setBusyPointer(bool busy) = 0;
     // The splash, modal: returns when it has gone (5 seconds or a key).

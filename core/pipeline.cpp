@@ -16,22 +16,32 @@ Tavo::~Tavo() = default;
 
 bool& Tavo::flag(FilterKind kind) {
     switch (kind) {
-        case FilterKind::L21Serial: return bInL21Serial;
-        case FilterKind::L21USB: return bInL21USB;
-        case FilterKind::Ascii: return bInAscii;
-        case FilterKind::Key: return bInKey;
-        case FilterKind::TDS: break;
+        case FilterKind::L21Serial:
+            return bInL21Serial;
+        case FilterKind::L21USB:
+            return bInL21USB;
+        case FilterKind::Ascii:
+            return bInAscii;
+        case FilterKind::Key:
+            return bInKey;
+        case FilterKind::TDS:
+            break;
     }
     return bInTDS;
 }
 
 InputFilter*& Tavo::filterRef(FilterKind kind) {
     switch (kind) {
-        case FilterKind::L21Serial: return frmL21Serial;
-        case FilterKind::L21USB: return frmL21USB;
-        case FilterKind::Ascii: return frmInAscii;
-        case FilterKind::Key: return frmInKey;
-        case FilterKind::TDS: break;
+        case FilterKind::L21Serial:
+            return frmL21Serial;
+        case FilterKind::L21USB:
+            return frmL21USB;
+        case FilterKind::Ascii:
+            return frmInAscii;
+        case FilterKind::Key:
+            return frmInKey;
+        case FilterKind::TDS:
+            break;
     }
     return frmInTDS;
 }

@@ -9,11 +9,16 @@ namespace {
 
 const char* titleOf(FilterKind kind) {
     switch (kind) {
-        case FilterKind::L21Serial: return "Line-21 (Serial)";
-        case FilterKind::L21USB: return "Line-21 (Adrienne USB)";
-        case FilterKind::Ascii: return "Ascii (Serial)";
-        case FilterKind::Key: return "Ascii (Keyboard)";
-        case FilterKind::TDS: break;
+        case FilterKind::L21Serial:
+            return "Line-21 (Serial)";
+        case FilterKind::L21USB:
+            return "Line-21 (Adrienne USB)";
+        case FilterKind::Ascii:
+            return "Ascii (Serial)";
+        case FilterKind::Key:
+            return "Ascii (Keyboard)";
+        case FilterKind::TDS:
+            break;
     }
     return "TDS File";
 }
@@ -21,10 +26,10 @@ const char* titleOf(FilterKind kind) {
 void addNotice(QWidget* w, const QString& title) {
     w->setWindowTitle(title);
     auto* layout = new QVBoxLayout(w);
-    layout->addWidget(new QLabel(
-        QStringLiteral("Placeholder: this window is not built yet.\n"
-                       "It takes part in start-up and shutdown, but does nothing else."),
-        w));
+    layout->addWidget(
+        new QLabel(QStringLiteral("Placeholder: this window is not built yet.\n"
+                                  "It takes part in start-up and shutdown, but does nothing else."),
+                   w));
     w->resize(360, 80);
 }
 
@@ -76,15 +81,19 @@ std::int16_t PlaceholderFilter::filterEntry(const std::string&, std::string& out
     return kStyleNothing;
 }
 
-std::string PlaceholderFilter::getExternalText(std::int16_t) { return {}; }
-std::string PlaceholderFilter::getExternalTextTrimmed(std::int16_t) { return {}; }
+std::string PlaceholderFilter::getExternalText(std::int16_t) {
+    return {};
+}
+std::string PlaceholderFilter::getExternalTextTrimmed(std::int16_t) {
+    return {};
+}
 
 PlaceholderDisplay::PlaceholderDisplay(Tavo& tavo) : QWidget(nullptr, Qt::Window), m_tavo(tavo) {
     addNotice(this, QStringLiteral("Zelvan Display"));
 }
 
 void PlaceholderDisplay::showForm() {
-    move(380, 0);
+    move(500, 0);  // beside the main window
     show();
 }
 

@@ -11,7 +11,7 @@
 namespace zelvan {
 
 class PlaceholderFilter : public QWidget, public InputFilter {
-public:
+  public:
     PlaceholderFilter(FilterKind kind, Tavo& tavo);
     void showForm() override;
     void hideForm() override;
@@ -19,13 +19,13 @@ public:
     std::string getExternalText(std::int16_t i) override;
     std::string getExternalTextTrimmed(std::int16_t i) override;
 
-private:
+  private:
     FilterKind m_kind;
     Tavo& m_tavo;
 };
 
 class PlaceholderDisplay : public QWidget, public DisplayOutput {
-public:
+  public:
     explicit PlaceholderDisplay(Tavo& tavo);
     void showForm() override;
     void hideForm() override;
@@ -33,7 +33,7 @@ public:
     void showStartupBarker(bool) override {}
     void DWErase() override {}
 
-private:
+  private:
     Tavo& m_tavo;
 };
 

@@ -14,7 +14,9 @@ QtHistoryPane::QtHistoryPane(QWidget* parent) : m_edit(new QTextEdit(parent)) {
     m_format.setForeground(Qt::black);
 }
 
-void QtHistoryPane::setInsertColor(Rgb c) { m_format.setForeground(QColor(c.r, c.g, c.b)); }
+void QtHistoryPane::setInsertColor(Rgb c) {
+    m_format.setForeground(QColor(c.r, c.g, c.b));
+}
 
 void QtHistoryPane::insertText(const std::string& bytes) {
     QTextCursor cursor(m_edit->document());

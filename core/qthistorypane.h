@@ -9,7 +9,7 @@
 namespace zelvan {
 
 class QtHistoryPane : public HistoryPane {
-public:
+  public:
     explicit QtHistoryPane(QWidget* parent);
     QTextEdit* widget() const { return m_edit; }
 
@@ -21,7 +21,7 @@ public:
     long length() const override { return m_length; }
     void clear() override;
 
-private:
+  private:
     QTextEdit* m_edit;
     QTextCharFormat m_format;
     long m_length = 0;

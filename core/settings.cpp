@@ -39,7 +39,9 @@ std::int16_t readInt16(const SettingsStore& store, const char* key, std::int16_t
     return static_cast<std::int16_t>(*n);
 }
 
-const char* boolText(bool b) { return b ? "True" : "False"; }
+const char* boolText(bool b) {
+    return b ? "True" : "False";
+}
 
 std::string trimBlanks(const std::string& s) {
     const auto first = s.find_first_not_of(' ');
@@ -82,7 +84,8 @@ void Tavo::splitStartupBarker() {
         const std::size_t tag = StartupBarker.find(kTag, start);
         const std::string piece = trimBlanks(StartupBarker.substr(
             start, tag == std::string::npos ? std::string::npos : tag - start));
-        if (!piece.empty() && barkerLineCount < kBarkerSlots) barkerLines[barkerLineCount++] = piece;
+        if (!piece.empty() && barkerLineCount < kBarkerSlots)
+            barkerLines[barkerLineCount++] = piece;
         if (tag == std::string::npos) break;
         start = tag + kTag.size();
     }

@@ -25,7 +25,7 @@ inline constexpr const char* kDefaultStartupBarker =
 inline constexpr int kBarkerSlots = 3;
 
 class Tavo {
-public:
+  public:
     Tavo(EventDispatch& dispatch, SettingsStore& store, Tone& tone);
     ~Tavo();
     Tavo(const Tavo&) = delete;
@@ -107,7 +107,7 @@ public:
     // How many capture loops stand on the stack now.
     int captureDepth = 0;
 
-private:
+  private:
     void GeneralTimer_Timer();
     void showInPanes(const std::string& ch);
     void writeMarker(HistoryPane& pane, const char* text);

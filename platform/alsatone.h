@@ -7,7 +7,7 @@
 namespace zelvan {
 
 class AlsaTone : public Tone {
-public:
+  public:
     void play(int hz, int ms) override;
 };
 

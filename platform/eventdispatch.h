@@ -9,7 +9,7 @@
 namespace zelvan {
 
 class Timer {
-public:
+  public:
     virtual ~Timer() = default;
     virtual void setInterval(int ms) = 0;
     virtual int interval() const = 0;
@@ -19,7 +19,7 @@ public:
 };
 
 class EventDispatch {
-public:
+  public:
     virtual ~EventDispatch() = default;
     // Runs the events that are pending now to their end and returns; never waits.
     virtual void yield() = 0;

@@ -8,7 +8,7 @@ namespace zelvan {
 namespace {
 
 class QtTimer : public Timer {
-public:
+  public:
     explicit QtTimer(std::function<void()> fn) {
         QObject::connect(&m_timer, &QTimer::timeout, [fn = std::move(fn)] { fn(); });
     }
@@ -23,7 +23,7 @@ public:
     }
     bool enabled() const override { return m_enabled; }
 
-private:
+  private:
     // A window-system timer with interval 0 doesn't fire; QTimer with 0 would
     // fire on every pass of the loop, so it is held stopped instead.
     void apply() {
@@ -40,9 +40,13 @@ private:
 
 }  // namespace
 
-QtDispatch::QtDispatch() { m_clock.start(); }
+QtDispatch::QtDispatch() {
+    m_clock.start();
+}
 
-void QtDispatch::yield() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
+void QtDispatch::yield() {
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
 
 void QtDispatch::yieldOrWait() {
     QCoreApplication::sendPostedEvents();

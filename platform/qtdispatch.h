@@ -8,7 +8,7 @@
 namespace zelvan {
 
 class QtDispatch : public EventDispatch {
-public:
+  public:
     QtDispatch();
     void yield() override;
     void yieldOrWait() override;
@@ -16,7 +16,7 @@ public:
     std::unique_ptr<Timer> makeTimer(std::function<void()> onFire) override;
     long long nowMs() const override { return m_clock.elapsed(); }
 
-private:
+  private:
     QElapsedTimer m_clock;
 };
 

@@ -15,7 +15,8 @@ std::string fromQString(const QString& text) {
     std::string out;
     out.reserve(static_cast<std::size_t>(text.size()));
     for (QChar c : text)
-        out += static_cast<char>(codepage::fromUnicode(c.unicode()).value_or(codepage::kReplacement));
+        out +=
+            static_cast<char>(codepage::fromUnicode(c.unicode()).value_or(codepage::kReplacement));
     return out;
 }
 

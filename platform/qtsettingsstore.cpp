@@ -35,6 +35,8 @@ void QtSettingsStore::set(const std::string& section, const std::string& key,
     m_settings.setValue(keyPath(section, key), toQString(value));
 }
 
-void QtSettingsStore::sync() { m_settings.sync(); }
+void QtSettingsStore::sync() {
+    m_settings.sync();
+}
 
 }  // namespace zelvan

@@ -9,16 +9,15 @@
 namespace zelvan {
 
 class QtSettingsStore : public SettingsStore {
-public:
+  public:
     QtSettingsStore();
     std::string get(const std::string& section, const std::string& key,
                     const std::string& fallback) const override;
-    void set(const std::string& section, const std::string& key,
-             const std::string& value) override;
+    void set(const std::string& section, const std::string& key, const std::string& value) override;
     void sync() override;
     QString fileName() const { return m_settings.fileName(); }
 
-private:
+  private:
     mutable QSettings m_settings;
 };
 

@@ -9,7 +9,7 @@
 namespace zelvan {
 
 class SettingsStore {
-public:
+  public:
     virtual ~SettingsStore() = default;
     virtual std::string get(const std::string& section, const std::string& key,
                             const std::string& fallback) const = 0;
@@ -21,7 +21,7 @@ public:
 
 // In memory, for tests and for a program that must not touch the disk.
 class MemorySettingsStore : public SettingsStore {
-public:
+  public:
     std::string get(const std::string& section, const std::string& key,
                     const std::string& fallback) const override {
         auto it = m_values.find({section, key});
@@ -37,7 +37,7 @@ public:
     }
     int writes() const { return m_writes; }
 
-private:
+  private:
     std::map<std::pair<std::string, std::string>, std::string> m_values;
     int m_writes = 0;
 };

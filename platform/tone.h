@@ -5,7 +5,7 @@
 namespace zelvan {
 
 class Tone {
-public:
+  public:
     virtual ~Tone() = default;
     virtual void play(int hz, int ms) = 0;
 };

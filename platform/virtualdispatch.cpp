@@ -6,7 +6,7 @@
 namespace zelvan {
 
 class VirtualDispatch::VTimer : public Timer {
-public:
+  public:
     VTimer(VirtualDispatch& owner, std::function<void()> fn) : m_owner(owner), m_fn(std::move(fn)) {
         m_owner.m_timers.push_back(this);
     }
@@ -30,7 +30,7 @@ public:
         m_fn();
     }
 
-private:
+  private:
     void rearm() { m_due = m_owner.m_now + m_interval; }
 
     VirtualDispatch& m_owner;
@@ -43,7 +43,9 @@ private:
 VirtualDispatch::VirtualDispatch() = default;
 VirtualDispatch::~VirtualDispatch() = default;
 
-void VirtualDispatch::post(std::function<void()> fn) { m_posted.push_back(std::move(fn)); }
+void VirtualDispatch::post(std::function<void()> fn) {
+    m_posted.push_back(std::move(fn));
+}
 
 void VirtualDispatch::postAt(long long atMs, std::function<void()> fn) {
     m_scheduled.emplace(atMs, Scheduled{atMs, m_seq++, std::move(fn)});

@@ -11,7 +11,7 @@
 namespace zelvan {
 
 class VirtualDispatch : public EventDispatch {
-public:
+  public:
     VirtualDispatch();
     ~VirtualDispatch() override;
 
@@ -30,7 +30,7 @@ public:
     // How many times yield or yieldOrWait was called.
     long long yieldCount() const { return m_yields; }
 
-private:
+  private:
     class VTimer;
     friend class VTimer;
     struct Scheduled {

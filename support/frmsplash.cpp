@@ -54,7 +54,9 @@ void frmSplash::timerSplashGoAway_Timer() {
     close();
 }
 
-void frmSplash::keyPressEvent(QKeyEvent*) { close(); }
+void frmSplash::keyPressEvent(QKeyEvent*) {
+    close();
+}
 
 bool frmSplash::eventFilter(QObject* watched, QEvent* e) {
     if (e->type() == QEvent::MouseButtonRelease) {

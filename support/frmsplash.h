@@ -11,16 +11,16 @@ namespace zelvan {
 
 class frmSplash : public QDialog {
     Q_OBJECT
-public:
+  public:
     explicit frmSplash(QWidget* parent = nullptr);
     // Start-up gives the timer its 5000 ms; the About box leaves it at none.
     QTimer timerSplashGoAway;
 
-protected:
+  protected:
     void keyPressEvent(QKeyEvent* e) override;
     bool eventFilter(QObject* watched, QEvent* e) override;
 
-private:
+  private:
     void timerSplashGoAway_Timer();
 
     QLabel* lblProductName = nullptr;

@@ -17,7 +17,7 @@
 namespace zelvan::testing {
 
 class FakeView : public MainView {
-public:
+  public:
     HistoryPane& rtbRawHistory() override { return raw; }
     HistoryPane& rtbReadHistory() override { return read; }
     void setTotChars(const std::string& text) override { totChars = text; }
@@ -32,7 +32,7 @@ public:
 };
 
 class RecordingTone : public Tone {
-public:
+  public:
     void play(int hz, int ms) override { tones.push_back({hz, ms}); }
     std::vector<std::pair<int, int>> tones;
 };
@@ -42,7 +42,7 @@ using Log = std::vector<std::string>;
 // A filter that echoes each character into row 1 and reports a style of the
 // test's choosing; its showForm runs a hook the test gives.
 class FakeFilter : public InputFilter {
-public:
+  public:
     FakeFilter(std::string name, Log& log) : name(std::move(name)), log(log) {}
     void showForm() override {
         log.push_back(name + ".showForm");
@@ -70,13 +70,14 @@ public:
 };
 
 class FakeDisplay : public DisplayOutput {
-public:
+  public:
     explicit FakeDisplay(Log& log) : log(log) {}
     void showForm() override { log.push_back("display.showForm"); }
     void hideForm() override { log.push_back("display.hideForm"); }
     void doInput(std::int16_t style, const std::string&) override { styles.push_back(style); }
     void showStartupBarker(bool bDoIt) override {
-        log.push_back(bDoIt ? "display.showStartupBarker(true)" : "display.showStartupBarker(false)");
+        log.push_back(bDoIt ? "display.showStartupBarker(true)"
+                            : "display.showStartupBarker(false)");
     }
     void DWErase() override { log.push_back("display.DWErase"); }
 
@@ -85,7 +86,7 @@ public:
 };
 
 class FakeShell : public Shell {
-public:
+  public:
     explicit FakeShell(Log& log) : log(log) {}
     void setBusyPointer(bool busy) override { log.push_back(busy ? "busy" : "idle"); }
     void showSplash() override { log.push_back("splash"); }

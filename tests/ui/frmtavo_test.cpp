@@ -1,0 +1,122 @@
+// The main window for real: what the operator sees of queued bytes, the
+// controls' states, and E X I T writing the settings file.
+
+#include <gtest/gtest.h>
+#include <QCheckBox>
+#include <QDir>
+#include <QFile>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStandardPaths>
+#include <QTextEdit>
+
+#include "core/frmtavo.h"
+#include "platform/qtdispatch.h"
+#include "platform/qtsettingsstore.h"
+#include "support/fakes.h"
+
+namespace zelvan {
+namespace {
+
+struct MainWindowTest : ::testing::Test {
+    QtDispatch dispatch;
+    MemorySettingsStore memory;
+    testing::RecordingTone tone;
+    testing::Log log;
+    testing::FakeShell shell{log};
+    Tavo tavo{dispatch, memory, tone};
+    frmTavo window{tavo, shell};
+
+    template <typename T>
+    T* child(const char* name) {
+        return window.findChild<T*>(QString::fromLatin1(name));
+    }
+};
+
+TEST_F(MainWindowTest, QueuedBytesArriveInRawInputWithControlBytesInRed) {
+    window.show();
+    for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
+    tavo.pollInput();
+    EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
+    EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
+
+    QTextEdit* pane = child<QTextEdit>("rtbReadHistory");
+    ASSERT_NE(pane, nullptr);
+    QTextCursor cursor(pane->document());
+    cursor.setPosition(3);  // just after "HiM"
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
+    cursor.setPosition(2);  // just after "Hi"
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0));
+}
+
+TEST_F(MainWindowTest, ControlsStandAsTheOperatorIsMeantToSeeThem) {
+    window.show();
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Zelvan 21"));
+    auto* frame = child<QRadioButton>("obIFL21Serial")->parentWidget();
+    EXPECT_EQ(frame->height(), 57);  // room for two option buttons only
+    auto* ascii = child<QRadioButton>("obIFAscii");
+    EXPECT_TRUE(ascii->isEnabled());
+    EXPECT_GE(ascii->y(), frame->height());  // below the frame's edge, out of sight
+    for (const char* hidden : {"obIFKey", "obIFTDS"}) {
+        EXPECT_FALSE(child<QRadioButton>(hidden)->isVisible()) << hidden;
+        EXPECT_FALSE(child<QRadioButton>(hidden)->isEnabled()) << hidden;
+    }
+    EXPECT_FALSE(child<QCheckBox>("chkOutDW")->isEnabled());
+    EXPECT_FALSE(child<QTextEdit>("rtbRawHistory")->isVisible());
+    EXPECT_EQ(window.minimumSize(), window.maximumSize());  // the operator can't resize it
+    auto* exitButton = child<QPushButton>("cmdExit");
+    EXPECT_EQ(exitButton->text(), QStringLiteral("E X I T"));
+    EXPECT_LE(exitButton->geometry().bottom(), window.centralWidget()->height());
+}
+
+TEST_F(MainWindowTest, SelectingFromTheInputMenuSetsTheOptionAndRunsTheHandlerOnce) {
+    window.console().select(FilterKind::Ascii);
+    log.clear();
+    window.showFilterOption(FilterKind::Key);
+    window.console().select(FilterKind::Key);
+    EXPECT_TRUE(window.optionButton(FilterKind::Key)->isChecked());
+    EXPECT_FALSE(window.optionButton(FilterKind::Ascii)->isChecked());
+    EXPECT_EQ(log, (testing::Log{"Ascii.hideForm", "Key.showForm"}));
+}
+
+TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
+    QtDispatch dispatch;
+    QtSettingsStore store;
+    testing::RecordingTone tone;
+    testing::Log log;
+    testing::FakeShell shell{log};
+    Tavo tavo{dispatch, store, tone};
+    frmTavo window{tavo, shell};
+    tavo.shell = &shell;
+    tavo.InputFilterType = 3;
+
+    const QString expected =
+        qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
+        QStringLiteral("/Zelvan21/Zelvan21.ini");
+    EXPECT_EQ(store.fileName(), expected);
+    QFile::remove(expected);
+    window.findChild<QPushButton*>(QStringLiteral("cmdExit"))->click();
+    EXPECT_EQ(shell.ends, 1);
+
+    QFile file(expected);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    EXPECT_TRUE(text.startsWith(QStringLiteral("[General]"))) << text.toStdString();
+    for (const char* key : {"BeepOnMessage=false", "DoStartupBarker=true",
+                            "StartupBarker=", "Obfuscate=", "ObfuscateType=0", "InputFilterType=3",
+                            "ExitDisplayTask=1"})
+        EXPECT_TRUE(text.contains(QString::fromLatin1(key), Qt::CaseInsensitive)) << key;
+}
+
+TEST(SettingsFile, TextWithCommasAndHighBytesComesBackWhole) {
+    QtSettingsStore store;
+    store.set("General", "StartupBarker", "One, two<br>\x95 three \xe9");
+    store.sync();
+    QtSettingsStore again;
+    EXPECT_EQ(again.get("General", "StartupBarker", ""), "One, two<br>\x95 three \xe9");
+    EXPECT_EQ(again.get("DWPort", "baud", "9600"), "9600");
+}
+
+}  // namespace
+}  // namespace zelvan
