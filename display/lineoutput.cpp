@@ -141,21 +141,6 @@ void LineOutput::setBufferRollup(bool on) {
     iNextRow = 1;
 }
 
-bool LineOutput::setFilterOn(bool on) {
-    if (on && !link().isPortOpen()) {
-        bFilterOn = false;
-        link().showNotice(true, kOpenPortFirst);
-        return false;
-    }
-    bFilterOn = on;
-    return on;
-}
-
-void LineOutput::sendIt(const std::string& text) {
-    if (text.empty() || !bFilterOn) return;
-    sendToPort(fromReadable(text));
-}
-
 // The music note needs no setting up here: it is a fixed character of the code page.
 void LineOutput::showStartupBarker(bool bDoIt) {
     DWErase();

@@ -47,11 +47,6 @@ class LineOutput : public DisplayProtocol {
 
     // "Buffer Rollup" ticked or unticked: either way the buffer starts over.
     void setBufferRollup(bool on);
-    // "Start Filter": the output can't start on a closed port. Returns whether
-    // it is on now; on a closed port the notice is shown and it stays off.
-    bool setFilterOn(bool on);
-    // "Send": a raw frame typed in the readable notation, while the output runs.
-    void sendIt(const std::string& text);
     // Erases the sign and, if bDoIt or the preference says so, writes the
     // startup caption's lines to rows 1 onward, as they stand.
     void showStartupBarker(bool bDoIt);
