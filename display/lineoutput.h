@@ -54,9 +54,11 @@ class LineOutput : public DisplayProtocol {
     void setListener(LineOutputListener* listener) { m_listener = listener; }
     std::string dump() const;
 
-    bool bListen = true;
-    bool bFilterOn = false;
-    bool bBufferRollup = false;
+    // Bound to the window's boxes; bReverse, bSunrise and iLines (1 to 3) come
+    // from the frames below it.
+    bool bListen = true;         // "Listen": off, doInput does nothing at all
+    bool bFilterOn = false;      // "Start Filter": off, rows are pulled but nothing is sent
+    bool bBufferRollup = false;  // "Buffer Rollup": set through setBufferRollup
     // The buffered rows, slots 1 to 3 (slot 0 is unused, so a slot's index is its row).
     std::array<std::string, kSignRows + 1> sLines;
     std::int16_t iLineCount = 0;

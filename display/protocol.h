@@ -95,10 +95,10 @@ class DisplayProtocol {
 
     DisplayLink& link() { return m_link; }
 
-    bool bReverse = true;
-    bool bSunrise = false;
-    std::int16_t iLines = 3;
-    bool bBoardFront = true;
+    bool bReverse = true;     // "Reverse Text": rows leave mirrored, for the reflector
+    bool bSunrise = false;    // "Sunrise": each row four times, padded from column 1
+    std::int16_t iLines = 3;  // rows in use on the sign, 1 to 3
+    bool bBoardFront = true;  // the board toggleBoard chose last
 
   private:
     void sendControl(ControlFrame frame);
