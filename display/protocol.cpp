@@ -1,0 +1,135 @@
+// The frames of the caption sign and the routines that send them.
+
+#include "display/protocol.h"
+
+#include <algorithm>
+
+#include "core/readable.h"
+
+namespace zelvan {
+
+namespace {
+
+// The write-text frame and the clear-row frame, in the readable notation.
+// clang-format off
+const std::string kFrameStart = "\xFB" "01" "\xFB" "20";
+const std::string kFrameEnd = "\xFB" "01";
+const std::string kClearRowBody = "\xFB" "20" "\xFB" "0f";
+// clang-format on
+constexpr char kRowBase = 0x1F;       // row byte = 0x1F + row
+constexpr char kColumnBase = 0x1F;    // column byte = 0x1F + column
+constexpr char kClearRowBase = 0x20;  // clear-row frame: 0x20 + n for row n + 1
+constexpr int kSunriseRepeats = 4;
+
+}  // namespace
+
+const ControlFrameEntry& controlFrameEntry(ControlFrame frame) {
+    for (const ControlFrameEntry& entry : kControlFrames)
+        if (entry.frame == frame) return entry;
+    return kControlFrames[0];  // unreachable: the table holds every frame
+}
+
+// The sign has 32 columns, and a column byte below 0x20 (a column below 1)
+// means nothing to it. So the text is cut to the characters that land in
+// columns 1 to 32: those left of column 1 and right of column 32 aren't sent.
+// For a plain text that drops its end; for a reversed text, whose column is
+// worked out from its length, it drops the characters left of column 1, which
+// are also the end of the caption. Either way the reader sees the first 32
+// characters of a long row (one that wacky output grew, or a long typed line),
+// and the sign never gets more than 32 characters or a column below 1.
+// Lengths count characters as given, before the notation is read, as the
+// column arithmetic does.
+void fitToRow(std::string& text, int& column) {
+    if (column < 1) {
+        const std::size_t offLeft = static_cast<std::size_t>(1 - column);
+        text.erase(0, std::min(offLeft, text.size()));
+        column = 1;
+    }
+    // A start right of the row keeps nothing; the empty frame goes to column 33.
+    column = std::min(column, kSignColumns + 1);
+    const std::size_t room = static_cast<std::size_t>(kSignColumns + 1 - column);
+    if (text.size() > room) text.resize(room);
+}
+
+void DisplayProtocol::sendControl(ControlFrame frame) {
+    sendToPort(fromReadable(controlFrameEntry(frame).literal));
+}
+
+void DisplayProtocol::sendBoardFront() {
+    sendControl(bReverse ? ControlFrame::BoardFrontReversed : ControlFrame::BoardFront);
+}
+
+void DisplayProtocol::sendBoardRear() {
+    sendControl(bReverse ? ControlFrame::BoardRearReversed : ControlFrame::BoardRear);
+}
+
+void DisplayProtocol::toggleBoard() {
+    if (!bBoardFront) {
+        bBoardFront = true;
+        sendBoardFront();
+    } else {
+        bBoardFront = false;
+        sendBoardRear();
+    }
+}
+
+void DisplayProtocol::reverseString(const std::string& s, std::string& sOut) {
+    sOut.assign(s.rbegin(), s.rend());
+}
+
+void DisplayProtocol::writeLine(const std::string& sText, std::int16_t iRow, std::int16_t iCol) {
+    std::string outText;
+    int column = iCol;
+    if (bReverse) {
+        reverseString(sText, outText);
+        // A reversed text ends where a plain one would start, counted from the right.
+        column = 34 - static_cast<int>(sText.size()) - iCol;
+    } else {
+        outText = sText;
+    }
+    std::replace(outText.begin(), outText.end(), kMusicNoteChar, kSignMusicNote);
+    fitToRow(outText, column);
+    if (!bSunrise) {
+        sendText(iRow, column, outText);
+        return;
+    }
+    const std::string padded = std::string(static_cast<std::size_t>(column - 1), ' ') + outText;
+    for (int i = 0; i < kSunriseRepeats; ++i) sendText(iRow, 1, padded);
+}
+
+void DisplayProtocol::DWErase() {
+    if (!bSunrise) {
+        for (int n = 0; n < iLines; ++n) sendClearRow(n);
+        return;
+    }
+    sendDim();
+    const std::string blanks(kSignColumns, ' ');
+    for (std::int16_t row = 1; row <= iLines; ++row) writeLine(blanks, row, 1);
+    sendBright();
+}
+
+void DisplayProtocol::sendToPort(const std::string& s) {
+    if (m_link.isPortOpen())
+        m_link.write(s);
+    else
+        m_link.showNotice(true, kOpenPortFirst);
+}
+
+void DisplayProtocol::sendText(std::int16_t iRow, int column, const std::string& text) {
+    std::string frame = kFrameStart;
+    frame += static_cast<char>(kRowBase + iRow);
+    frame += static_cast<char>(kColumnBase + column);
+    frame += text;
+    frame += kFrameEnd;
+    sendToPort(fromReadable(frame));
+}
+
+void DisplayProtocol::sendClearRow(int n) {
+    std::string frame = kFrameStart;
+    frame += static_cast<char>(kClearRowBase + n);
+    frame += kClearRowBody;
+    frame += kFrameEnd;
+    sendToPort(fromReadable(frame));
+}
+
+}  // namespace zelvan

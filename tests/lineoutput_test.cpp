@@ -1,0 +1,150 @@
+// The line output engine: what each style sends in plain and buffer mode, how
+// rows are pulled from the 15, and what stops the output.
+
+#include "display/lineoutput.h"
+
+#include <gtest/gtest.h>
+
+#include "support/displayfakes.h"
+
+namespace zelvan {
+namespace {
+
+using Names = std::vector<std::string>;
+
+struct LineOutputTest : ::testing::Test, LineOutputListener {
+    testing::EngineRig r;
+    LineOutput& out = r.out;
+
+    void SetUp() override {
+        out.bReverse = false;
+        out.setListener(this);
+    }
+    void pendingChanged(const std::string& text) override { pending.push_back(text); }
+    Names pending;
+};
+
+TEST_F(LineOutputTest, StyleNothingSendsNothingWhilePendingFollowsTheRows) {
+    for (bool buffer : {false, true}) {
+        out.setBufferRollup(buffer);
+        r.setRows({{15, "HEL"}});
+        r.input(kStyleNothing);
+        r.setRows({{14, "HELLO"}, {15, "WOR"}});
+        r.input(kStyleNothing);
+        r.input(2);  // an unknown style acts as nothing
+    }
+    // Not listening, nothing changes at all, the next slot included.
+    out.bListen = false;
+    r.input(kStyleLineEnded);
+    r.input(kStyleRows);
+    EXPECT_EQ(out.iNextRow, 1);
+    EXPECT_TRUE(r.link.writes.empty());
+    EXPECT_EQ(pending, (Names{"HEL", "HELLO\r\nWOR", "HELLO\r\nWOR", "HEL", "HELLO\r\nWOR",
+                              "HELLO\r\nWOR"}));
+}
+
+TEST_F(LineOutputTest, RowsAreSqueezedFromTheFifteenAndPaintedBetweenDimAndBright) {
+    r.setRows({{13, "A"}, {14, "B"}, {15, "C"}});
+    r.input(kStyleRows);
+    EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "clear 2", "clear 3", "row 1 col 1 |A|",
+                               "row 2 col 1 |B|", "row 3 col 1 |C|", "bright"}));
+    r.link.clear();
+    out.iLines = 2;
+    r.setRows({{2, "one"}, {4, "two"}, {6, "three"}, {8, "four"}, {10, "five"}});
+    r.input(kStyleRows);
+    EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "clear 2", "row 1 col 1 |one|",
+                               "row 2 col 1 |two|", "bright"}));
+    // All rows empty: the erase alone.
+    r.link.clear();
+    r.setRows({});
+    r.input(kStyleRows);
+    EXPECT_EQ(r.sent(), (Names{"clear 1", "clear 2"}));
+    EXPECT_EQ(out.sLines[2], "two");  // slots above the count keep their text
+}
+
+TEST_F(LineOutputTest, PlainLineEndRollsEachRowOntoTheBottomRowInUse) {
+    out.iLines = 2;
+    r.setRows({{14, "first"}, {15, "second"}});
+    r.input(kStyleLineEnded);
+    r.setRows({});
+    r.input(kStyleLineEnded);
+    EXPECT_EQ(r.sent(), (Names{"bright", "rollup", "row 2 col 1 |first|", "rollup",
+                               "row 2 col 1 |second|", "bright"}));
+}
+
+TEST_F(LineOutputTest, BufferModePaintsTheBlockWhenTheLastSlotFills) {
+    out.setBufferRollup(true);
+    for (const char* line : {"one", "two", "three"}) {
+        r.setRows({{15, line}});
+        r.input(kStyleNothing);
+        EXPECT_TRUE(r.link.writes.empty());
+        r.input(kStyleLineEnded);
+    }
+    EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "clear 2", "clear 3", "row 1 col 1 |one|",
+                               "row 2 col 1 |two|", "row 3 col 1 |three|", "bright"}));
+    EXPECT_EQ(out.iLineCount, 0);
+    EXPECT_EQ(out.iNextRow, 1);
+    // With one line in use, each line is a block of its own.
+    r.link.clear();
+    out.iLines = 1;
+    r.input(kStyleLineEnded);
+    EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "row 1 col 1 |three|", "bright"}));
+}
+
+TEST_F(LineOutputTest, BufferModeLineEndWithNoRowStillTakesASlot) {
+    out.setBufferRollup(true);
+    out.sLines[2] = "stale";
+    r.setRows({{15, "one"}});
+    r.input(kStyleLineEnded);
+    r.setRows({});
+    r.input(kStyleLineEnded);
+    r.setRows({{15, "three"}});
+    r.input(kStyleLineEnded);
+    EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "clear 2", "clear 3", "row 1 col 1 |one|",
+                               "row 2 col 1 |stale|", "row 3 col 1 |three|", "bright"}));
+}
+
+TEST_F(LineOutputTest, ClosedPortOrStoppedFilterDropsCaptionsWhileCountersMove) {
+    r.setRows({{13, "a"}, {14, "b"}, {15, "c"}});
+    out.bFilterOn = false;
+    r.input(kStyleRows);
+    r.input(kStyleLineEnded);
+    out.setBufferRollup(true);
+    r.input(kStyleLineEnded);
+    EXPECT_EQ(out.iLineCount, 3);  // a stopped filter doesn't reset the count
+    out.bFilterOn = true;
+    r.link.open = false;
+    r.input(kStyleLineEnded);
+    EXPECT_EQ(out.iLineCount, 0);  // a closed port does
+    r.input(kStyleLineEnded);
+    EXPECT_EQ(out.iNextRow, 1);  // recycled past the last slot
+    r.link.open = true;
+    r.input(kStyleNothing);  // nothing is sent late
+    EXPECT_TRUE(r.link.writes.empty());
+    EXPECT_TRUE(r.link.notices.empty());
+    EXPECT_EQ(pending.back(), "a\r\nb\r\nc");
+}
+
+// The startup caption follows the preference unless forced, and goes out as
+// it stands: wacky output touches caption rows alone, on their way out.
+TEST_F(LineOutputTest, StartupCaptionAndWackyOutput) {
+    Tavo& tavo = r.rig.tavo;
+    tavo.Obfuscate = true;
+    tavo.DoStartupBarker = false;
+    tavo.StartupBarker = "the rabbit<br>";
+    tavo.splitStartupBarker();
+    out.showStartupBarker(false);
+    EXPECT_EQ(r.sent(), (Names{"clear 1", "clear 2", "clear 3"}));
+    out.showStartupBarker(true);
+    r.setRows({{15, "the rabbit"}});
+    r.input(kStyleRows);
+    r.input(kStyleLineEnded);
+    const Names sent = r.sent();
+    EXPECT_EQ(sent[6], "row 1 col 1 |the rabbit|");
+    EXPECT_EQ(sent[11], "row 1 col 1 |de wabbit|");
+    EXPECT_EQ(sent.back(), "row 3 col 1 |de wabbit|");
+    EXPECT_EQ(pending.back(), "the rabbit");
+}
+
+}  // namespace
+}  // namespace zelvan

@@ -1,0 +1,123 @@
+// The sign's frames: each routine against its bytes, a row in its three forms
+// of writing, the erase, the board switch and a closed port.
+
+#include "display/protocol.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "display/signmodel.h"
+#include "support/displayfakes.h"
+
+namespace zelvan {
+namespace {
+
+using testing::bytes;
+using Writes = std::vector<std::string>;
+
+std::string textFrame(int row, int column, const std::string& body) {
+    return bytes({1, 0x20, 0x1F + row, 0x1F + column}) + body + bytes({1});
+}
+
+struct ProtocolTest : ::testing::Test {
+    RecordingDisplayLink link;
+    DisplayProtocol out{link};
+};
+
+TEST_F(ProtocolTest, EachControlRoutineSendsItsOneFrame) {
+    using P = DisplayProtocol;
+    const std::pair<std::function<void(P&)>, std::string> plain[] = {
+        {&P::sendBright, bytes({1, 0x20, 0x7F, 0x20, 1})},
+        {&P::sendDim, bytes({1, 0x20, 0x7F, 0x2F, 1})},
+        {&P::sendReset, bytes({1, 0x20, 0x7F, 0x45, 0x20, 0x20, 1})},
+        {&P::sendRollup, bytes({1, 0x20, 0x7F, 0x46, 0x20, 0x20, 1})},
+        {&P::sendBoardReset, bytes({1, 0x20, 0x7F, 0x7E, 0x20, 1})},
+        {&P::sendBoardFront, bytes({1, 0x20, 0x7F, 0x7E, 0x25, 1})},
+        {&P::sendBoardRear, bytes({1, 0x20, 0x7F, 0x7E, 0x26, 1})},
+    };
+    out.bReverse = false;
+    for (const auto& [send, wire] : plain) {
+        link.clear();
+        send(out);
+        EXPECT_EQ(link.writes, Writes{wire});
+    }
+    // Reversed text has its own board codes; the first toggle picks the rear.
+    link.clear();
+    out.bReverse = true;
+    out.toggleBoard();
+    out.toggleBoard();
+    out.sendBoardRear();
+    EXPECT_EQ(link.writes,
+              (Writes{bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1}), bytes({1, 0x20, 0x7F, 0x7E, 0x27, 1}),
+                      bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1})}));
+}
+
+TEST_F(ProtocolTest, RowGoesOutPlainOrReversedToEndInColumn32) {
+    out.writeLine("AB", 2, 1);
+    out.writeLine("  A\x95", 1, 1);
+    out.writeLine(std::string(31, 'x') + "Y", 1, 1);
+    out.bReverse = false;
+    out.writeLine("", 1, 1);  // still carries its row and column bytes
+    out.writeLine("  A\x95", 3, 1);
+    out.writeLine(testing::esc("A^42C"), 3, 1);  // an escape in caption text is read
+    EXPECT_EQ(link.writes,
+              (Writes{bytes({1, 0x20, 0x21, 0x3E, 'B', 'A', 1}),
+                      textFrame(1, 29,
+                                "\x7F"
+                                "A  "),
+                      textFrame(1, 1, "Y" + std::string(31, 'x')), bytes({1, 0x20, 0x20, 0x20, 1}),
+                      textFrame(3, 1, "  A\x7F"), textFrame(3, 1, "ABC")}));
+}
+
+TEST_F(ProtocolTest, SunriseSendsFourFramesPaddedFromColumn1) {
+    out.bSunrise = true;
+    out.writeLine("AB", 2, 1);
+    EXPECT_EQ(link.writes, Writes(4, textFrame(2, 1, std::string(30, ' ') + "BA")));
+}
+
+// A longer text keeps the first 32 characters the reader sees; no column byte
+// falls below 0x20.
+TEST_F(ProtocolTest, LongRowIsCutToTheSignInEveryForm) {
+    const std::string head = "0123456789abcdefghijklmnopqrstuv";
+    for (int form = 0; form < 4; ++form) {
+        link.clear();
+        out.bReverse = form & 1;
+        out.bSunrise = form & 2;
+        out.writeLine(head + "WXYZ", 1, 1);
+        SignModel sign;
+        sign.feed(link.bytes());
+        for (const std::string& w : link.writes) {
+            EXPECT_EQ(w.size(), 4u + 32 + 1);
+            EXPECT_EQ(w[3], 0x20);
+        }
+        EXPECT_EQ(out.bReverse ? sign.rowThroughReflector(1) : sign.row(1), head) << form;
+    }
+}
+
+TEST_F(ProtocolTest, EraseClearsTheRowsInUseOrWritesBlanksUnderSunrise) {
+    out.iLines = 2;
+    out.DWErase();
+    EXPECT_EQ(link.writes, (Writes{bytes({1, 0x20, 0x20, 0x20, 0x0F, 1}),
+                                   bytes({1, 0x20, 0x21, 0x20, 0x0F, 1})}));
+    link.clear();
+    out.iLines = 3;
+    out.bSunrise = true;
+    out.DWErase();
+    ASSERT_EQ(link.writes.size(), 14u);
+    EXPECT_EQ(link.writes.front(), bytes({1, 0x20, 0x7F, 0x2F, 1}));
+    EXPECT_EQ(link.writes[12], textFrame(3, 1, std::string(32, ' ')));
+    EXPECT_EQ(link.writes.back(), bytes({1, 0x20, 0x7F, 0x20, 1}));
+}
+
+TEST_F(ProtocolTest, ClosedPortGivesOneNoticePerFrame) {
+    link.open = false;
+    out.DWErase();
+    out.sendBright();
+    EXPECT_TRUE(link.writes.empty());
+    EXPECT_EQ(link.notices,
+              (std::vector<std::pair<bool, std::string>>(4, {true, "Open port first."})));
+}
+
+}  // namespace
+}  // namespace zelvan

@@ -1,0 +1,81 @@
+#pragma once
+// Test helpers of the display output: raw bytes from codes, the readable
+// notation written with "^" for the escape byte "û", short names for frames, a
+// filter whose 15 rows a test writes directly, and an engine over that filter
+// writing to a recording link.
+
+#include <array>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "display/lineoutput.h"
+#include "support/fakes.h"
+
+namespace zelvan::testing {
+
+inline std::string bytes(std::initializer_list<int> codes) {
+    std::string s;
+    for (int c : codes) s += static_cast<char>(c);
+    return s;
+}
+
+inline std::string esc(std::string s) {
+    for (char& c : s)
+        if (c == '^') c = '\xFB';
+    return s;
+}
+
+// "bright", "dim", "rollup", "clear 2", or "row 3 col 29 |BA  |" for a text frame.
+inline std::string frameName(const std::string& f) {
+    if (f.size() == 5 && f[2] == 0x7F) return f[3] == 0x20 ? "bright" : "dim";
+    if (f.size() == 7 && f[2] == 0x7F) return f[3] == 0x46 ? "rollup" : "reset";
+    if (f.size() == 6 && f[3] == 0x20 && f[4] == 0x0F)
+        return "clear " + std::to_string(f[2] - 0x1F);
+    return "row " + std::to_string(f[2] - 0x1F) + " col " + std::to_string(f[3] - 0x1F) + " |" +
+           f.substr(4, f.size() - 5) + "|";
+}
+
+class RowsFilter : public InputFilter {
+  public:
+    void showForm() override {}
+    void hideForm() override {}
+    std::int16_t filterEntry(const std::string&, std::string& out) override {
+        out.clear();
+        return kStyleNothing;
+    }
+    // Without trailing blanks, as every filter serves its rows.
+    std::string getExternalText(std::int16_t i) override {
+        if (i < 1 || i > 15) return std::string();
+        const std::string& row = rows[static_cast<std::size_t>(i)];
+        return row.substr(0, row.find_last_not_of(' ') + 1);
+    }
+    std::string getExternalTextTrimmed(std::int16_t i) override { return getExternalText(i); }
+
+    std::array<std::string, 16> rows;  // 1 to 15
+};
+
+struct EngineRig {
+    EngineRig() {
+        rig.tavo.bInTDS = true;
+        rig.tavo.frmInTDS = &filter;
+        out.bFilterOn = true;
+    }
+    void input(std::int16_t style) { out.doInput(style, std::string()); }
+    void setRows(std::initializer_list<std::pair<int, const char*>> rows) {
+        filter.rows.fill(std::string());
+        for (auto [i, text] : rows) filter.rows[static_cast<std::size_t>(i)] = text;
+    }
+    std::vector<std::string> sent() const {
+        std::vector<std::string> names;
+        for (const std::string& w : link.writes) names.push_back(frameName(w));
+        return names;
+    }
+
+    Rig rig;
+    RowsFilter filter;
+    RecordingDisplayLink link;
+    LineOutput out{rig.tavo, link};
+};
+
+}  // namespace zelvan::testing
