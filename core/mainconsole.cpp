@@ -3,7 +3,7 @@
 namespace zelvan {
 
 MainConsole::MainConsole(Tavo& tavo, MainView& view, Shell& shell)
-    : m_tavo(tavo), m_view(view), m_shell(shell) {
+    : m_tavo(tavo), m_shell(shell) {
     m_tavo.view = &view;
     m_tavo.console = this;
 }

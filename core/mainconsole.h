@@ -45,7 +45,6 @@ class MainConsole {
     void giveUp(FilterKind kind);
 
     Tavo& m_tavo;
-    MainView& m_view;
     Shell& m_shell;
     std::unique_ptr<DisplayOutput> m_display;
     std::array<std::unique_ptr<InputFilter>, 5> m_filters;
