@@ -21,7 +21,10 @@ enum class ByteClass { Printable, First, Other };
 constexpr ByteClass classify(std::uint8_t c) {
     if (c >= 0x20 && c <= 0x7E) return ByteClass::Printable;
     if (c >= 0x10 && c <= 0x1F) return ByteClass::First;
-    return ByteClass::Other;  // below 0x10 (XDS, noise), 0x7F and anything with bit 7 set
+    // Below 0x10 (XDS, noise), 0x7F and anything with bit 7 set. EIA-608 has
+    // row codes with a second byte 0x7F; here 0x7F drops the waiting pair
+    // like any other byte of this class, and they are not decoded.
+    return ByteClass::Other;
 }
 
 // The row code entry of each first byte 0x10-0x1F, or -1.
