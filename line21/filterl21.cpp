@@ -70,7 +70,7 @@ std::int16_t InL21::FilterL21(const std::string& inString, std::string& outStrin
                     takeSecondByte(inString[0], out);
                     break;
                 }
-                // Text before the selected channel speaks is dropped untouched,
+                // Text while the channel gate is shut is dropped untouched,
                 // outString included, and without a refresh.
                 if (!bChannelActive) return kStyleNothing;
                 takeTextByte(c);
