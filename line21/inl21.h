@@ -64,7 +64,7 @@ class InL21 {
     std::array<MemBank, 2> memBank{};  // bank number n is memBank[n - 1]
     std::int16_t iDM = 1;
     std::int16_t iNM = 2;
-    std::array<std::string, 2> fillPattern;
+    std::array<std::string, 2> fillPattern;  // of bank number n: fillPattern[n - 1]
     std::string musicNote;
 
     // --- decoder state, reset by initL21 ---
