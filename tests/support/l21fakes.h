@@ -1,0 +1,58 @@
+#pragma once
+// Test doubles around the caption memory: a line-21 window that records its
+// pane refreshes and owns a flush timer on virtual time, and a short way to
+// push a byte string through FilterL21.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "line21/inl21.h"
+#include "platform/virtualdispatch.h"
+
+namespace zelvan::testing {
+
+// Records each refresh as "DM" or "NM" with the pane text it would show. The
+// flush timer, when it fires, queues a CR pair through the hook the test gives.
+class FakeL21View : public L21View {
+  public:
+    FakeL21View(InL21& memory, VirtualDispatch& dispatch)
+        : memory(memory), timer(dispatch.makeTimer([this] {
+              ++firings;
+              if (onFlush) onFlush();
+          })) {}
+
+    void cmdShowDM_Click() override {
+        refreshes.push_back("DM");
+        rtbDM = memory.memoryText(memory.iDM);
+    }
+    void cmdShowNM_Click() override {
+        refreshes.push_back("NM");
+        rtbNM = memory.memoryText(memory.iNM);
+    }
+    Timer& TimerFlushTimer() override { return *timer; }
+
+    InL21& memory;
+    std::unique_ptr<Timer> timer;
+    std::vector<std::string> refreshes;
+    std::string rtbDM, rtbNM;
+    int firings = 0;
+    std::function<void()> onFlush;
+};
+
+// The style of each byte of `bytes`, in order.
+inline std::vector<std::int16_t> feedL21(InL21& memory, const std::string& bytes) {
+    std::vector<std::int16_t> styles;
+    std::string out;
+    for (char c : bytes) styles.push_back(memory.FilterL21(std::string(1, c), out));
+    return styles;
+}
+
+// The style of the last byte of `bytes`.
+inline std::int16_t feedL21Last(InL21& memory, const std::string& bytes) {
+    std::vector<std::int16_t> styles = feedL21(memory, bytes);
+    return styles.empty() ? std::int16_t{0} : styles.back();
+}
+
+}  // namespace zelvan::testing
