@@ -133,6 +133,7 @@ class SerialLink {
     void receive();
 
     SerialPort& port() { return m_port; }
+    Tavo& tavo() { return m_tavo; }
     const LinkProfile& profile() const { return m_profile; }
     const std::string& notice() const { return m_notice; }
     // Runs when the device went away, after the port closed and before the
