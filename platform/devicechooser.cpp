@@ -3,6 +3,8 @@
 #include <QSerialPortInfo>
 #include <algorithm>
 
+#include "platform/qtext.h"
+
 namespace zelvan {
 
 DeviceChooser::DeviceChooser(QWidget* parent) : QComboBox(parent) {
@@ -24,11 +26,11 @@ DeviceChooser::DeviceChooser(QWidget* parent) : QComboBox(parent) {
 }
 
 void DeviceChooser::setPath(const std::string& path) {
-    setCurrentText(QString::fromStdString(path));
+    setCurrentText(toQString(path));
 }
 
 std::string DeviceChooser::path() const {
-    return currentText().trimmed().toStdString();
+    return fromQString(currentText().trimmed());
 }
 
 }  // namespace zelvan

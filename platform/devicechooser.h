@@ -11,6 +11,7 @@ namespace zelvan {
 class DeviceChooser : public QComboBox {
   public:
     explicit DeviceChooser(QWidget* parent = nullptr);
+    // Paths are code-page text, like every value of the settings store.
     // Shows a path, listed or not.
     void setPath(const std::string& path);
     // The path as chosen or typed, without surrounding blanks.

@@ -6,9 +6,11 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <QFile>
 #include <cerrno>
 
 #include "platform/devicemap.h"
+#include "platform/qtext.h"
 #include "platform/serialsetupdialog.h"
 
 namespace zelvan {
@@ -45,9 +47,9 @@ bool isLoss(QSerialPort::SerialPortError error) {
 
 // Who may use a device the operator may not: its group, named so the operator
 // can ask to be let in.
-std::string permissionAdvice(const std::string& path) {
+std::string permissionAdvice(const QByteArray& path) {
     struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) return {};
+    if (::stat(path.constData(), &st) != 0) return {};
     const group* g = ::getgrgid(st.st_gid);
     if (!g || !g->gr_name) return {};
     return " Only members of the group \"" + std::string(g->gr_name) +
@@ -107,7 +109,7 @@ void QtSerialPort::open() {
         setLastError("There is no port " + std::to_string(port()) + ": port numbers start at 1.");
         return;
     }
-    m_serial.setPortName(QString::fromStdString(m_device));
+    m_serial.setPortName(toQString(m_device));
     if (!m_serial.open(QIODevice::ReadWrite)) {
         setLastError(describeOpenFailure());
         m_serial.clearError();
@@ -126,15 +128,16 @@ void QtSerialPort::open() {
 }
 
 std::string QtSerialPort::describeOpenFailure() const {
-    std::string text = m_device + ": " + m_serial.errorString().toStdString() + ".";
+    std::string text = m_device + ": " + fromQString(m_serial.errorString()) + ".";
     switch (m_serial.error()) {
         case QSerialPort::DeviceNotFoundError:
             text += " Choose the device for port " + std::to_string(port()) +
                     " in the port settings, or plug the device in.";
             break;
         case QSerialPort::PermissionError:
-            if (::access(m_device.c_str(), R_OK | W_OK) != 0 && errno == EACCES)
-                text += permissionAdvice(m_device);
+            if (const QByteArray path = QFile::encodeName(toQString(m_device));
+                ::access(path.constData(), R_OK | W_OK) != 0 && errno == EACCES)
+                text += permissionAdvice(path);
             else
                 text += " Another program may be using the device.";
             break;
@@ -231,7 +234,7 @@ void QtSerialPort::onError(QSerialPort::SerialPortError error) {
 // Closing at once stops QSerialPort's watch on the dead device, which would
 // otherwise report it again and again; the loss is told once.
 void QtSerialPort::lose() {
-    const std::string reason = m_serial.errorString().toStdString();
+    const std::string reason = fromQString(m_serial.errorString());
     m_serial.close();
     m_serial.clearError();
     m_carrierPoll.stop();

@@ -3,10 +3,15 @@
 // wait has a deadline, so a fault fails the test instead of hanging it.
 
 #include <fcntl.h>
+#include <grp.h>
 #include <pty.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
@@ -161,6 +166,35 @@ TEST_F(QtPortTest, FailedOpenSaysWhichDeviceAndWhy) {
     EXPECT_NE(port.lastError().find("no port 0"), std::string::npos);
     EXPECT_TRUE(waitFor([] { return true; }));
     EXPECT_TRUE(states.empty());
+}
+
+// An operator outside the group that owns the device learns which group it
+// is. Run as an unprivileged user in a child, since root may open anything.
+TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
+    // The test's own user owns its pty; only root can step down to a stranger.
+    if (::geteuid() != 0) GTEST_SKIP() << "needs root, to run the open as another user";
+    const group* g = nullptr;
+    struct stat st {};
+    ASSERT_EQ(::stat(pty.slave.c_str(), &st), 0);
+    g = ::getgrgid(st.st_gid);
+    ASSERT_NE(g, nullptr);
+    const std::string expected = "Only members of the group \"" + std::string(g->gr_name) + "\"";
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
+            ::_exit(2);
+        port.open();
+        const bool told = port.openState() == 0 &&
+                          port.lastError().find("Permission denied") != std::string::npos &&
+                          port.lastError().find(expected) != std::string::npos;
+        ::_exit(told ? 0 : 1);
+    }
+    int status = -1;
+    for (int i = 0; i < 300 && ::waitpid(child, &status, WNOHANG) == 0; ++i) QThread::msleep(10);
+    if (!WIFEXITED(status)) ::kill(child, SIGKILL);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST_F(QtPortTest, UnmappedNumberIsTheBuiltInPort) {
