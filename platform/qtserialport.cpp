@@ -122,7 +122,6 @@ void QtSerialPort::open() {
         return;
     }
     setLastError({});
-    readCarrier(m_carrier);
     eventsChanged();
     postState();
 }
