@@ -43,7 +43,7 @@ class FakeSerialPort : public SerialPort {
     // The device goes away: the port closes, onLost and onState(0) follow.
     void vanish(std::string reason = "The device went away");
 
-    // --- what the test inspects ---
+    // --- what the test looks at ---
     std::string device = "/dev/fake0";
     std::vector<std::string> writes;  // each write call, on an open port
     std::string sent;                 // bytes that have left on the line
