@@ -1,0 +1,311 @@
+// Serial link management over the fake port, on virtual time: opening and
+// closing with their messages, the display link's bounded drain, hang-up and
+// dial, the settings sections, notices, receiving, and a device that goes away.
+
+#include <gtest/gtest.h>
+
+#include "display/seriallink.h"
+#include "platform/fakeserialport.h"
+#include "support/fakes.h"
+#include "support/recordinglinkview.h"
+
+namespace zelvan {
+namespace {
+
+using testing::RecordingLinkView;
+using testing::Rig;
+
+struct LinkTest : ::testing::Test {
+    Rig rig;
+    FakeSerialPort port{rig.dispatch};
+    RecordingLinkView view;
+    std::unique_ptr<SerialLink> link;
+
+    void make(const LinkProfile& profile) {
+        link = std::make_unique<SerialLink>(profile, port, rig.tavo, view);
+    }
+    void openLink(const LinkProfile& profile) {
+        make(profile);
+        link->openPort();
+        rig.dispatch.yield();  // the state event
+        ASSERT_TRUE(link->isPortOpen());
+    }
+    long long now() const { return rig.dispatch.nowMs(); }
+};
+
+// --- the settings text and the sections ---
+
+TEST(PortSettingsString, FollowsTheLetterAndStopRules) {
+    VirtualDispatch dispatch;
+    FakeSerialPort port(dispatch);
+    port.setPort(3);
+    port.setBaud(19200);
+    port.setParity(parity::kEven);
+    port.setDatabits(7);
+    port.setStopbits(stopbits::kOneAndHalf);
+    EXPECT_EQ(portSettingsString(port), "3:19200,e,7,1.5");
+    port.setParity(parity::kMark);
+    port.setStopbits(5);
+    EXPECT_EQ(portSettingsString(port), "3:19200,e,7,1.5");
+}
+
+TEST_F(LinkTest, EmptyStoreGivesEachLinkItsDefaults) {
+    const std::pair<const LinkProfile*, const char*> cases[] = {{&kL21Link, "1:1200,o,7,1"},
+                                                                {&kAsciiLink, "1:9600,n,8,1"},
+                                                                {&kDisplayLink, "2:9600,n,8,1"}};
+    for (auto [profile, text] : cases) {
+        FakeSerialPort fresh(rig.dispatch);
+        SerialLink l(*profile, fresh, rig.tavo, view);
+        l.loadSettings();
+        EXPECT_EQ(view.setupCaption, text) << profile->section;
+    }
+}
+
+TEST_F(LinkTest, OnlyTheDecoderLinkKeepsStopBits) {
+    for (const char* section : {"L21Port", "AsciiPort"}) {
+        rig.store.set(section, "port", "4");
+        rig.store.set(section, "stopbits", "2");
+    }
+    make(kAsciiLink);
+    link->loadSettings();
+    EXPECT_EQ(port.port(), 4);
+    EXPECT_EQ(port.stopbits(), stopbits::kOne);  // as the component started
+    port.setStopbits(stopbits::kTwo);
+    rig.store.set("AsciiPort", "stopbits", "untouched");
+    link->saveSettings();
+    EXPECT_EQ(rig.store.get("AsciiPort", "stopbits", ""), "untouched");
+    EXPECT_EQ(rig.store.get("AsciiPort", "port", ""), "4");
+
+    FakeSerialPort l21Port(rig.dispatch);
+    SerialLink l21(kL21Link, l21Port, rig.tavo, view);
+    l21.loadSettings();
+    EXPECT_EQ(l21Port.stopbits(), stopbits::kTwo);
+    l21Port.setStopbits(stopbits::kOneAndHalf);
+    l21.saveSettings();
+    EXPECT_EQ(rig.store.get("L21Port", "stopbits", ""), "1");
+}
+
+TEST_F(LinkTest, TextThatIsNoNumberKeepsTheDefault) {
+    rig.store.set("DWPort", "baud", "fast");
+    rig.store.set("DWPort", "parity", "");
+    rig.store.set("DWPort", "databits", "7x");
+    make(kDisplayLink);
+    link->loadSettings();
+    EXPECT_EQ(port.settings(), (PortSettings{2, 9600, parity::kNone, 8, stopbits::kOne}));
+}
+
+TEST_F(LinkTest, SaveClosesAnOpenPortFirstAndDecoderStopsCapture) {
+    openLink(kL21Link);
+    port.setBaud(2400);
+    rig.tavo.bStopCapture = false;
+    const long long yieldsBefore = rig.dispatch.yieldCount();
+    link->saveSettings();
+    EXPECT_FALSE(link->isPortOpen());
+    EXPECT_TRUE(rig.tavo.bStopCapture);
+    EXPECT_GE(rig.dispatch.yieldCount() - yieldsBefore, 1000);
+    EXPECT_EQ(rig.store.get("L21Port", "baud", ""), "2400");
+    EXPECT_EQ(view.openCaption, "Open");  // the state event ran in those yields
+}
+
+// --- opening and closing ---
+
+TEST_F(LinkTest, OpenSucceedsPurgesAndClearsTheReminder) {
+    make(kAsciiLink);
+    view.reminder = true;
+    link->openPort();
+    EXPECT_TRUE(link->isPortOpen());
+    EXPECT_EQ(port.purges, 1);
+    EXPECT_FALSE(view.reminder);
+    EXPECT_EQ(view.openCaption, "Open");  // the caption follows the state event...
+    rig.dispatch.yield();
+    EXPECT_EQ(view.openCaption, "Close");  // ...which arrives in a yield
+    link->openPort();
+    EXPECT_EQ(port.opens, 1);  // an open port isn't opened again
+}
+
+TEST_F(LinkTest, DecoderLinkSettlesThenSwitchesReceiveOn) {
+    port.setRxThreshold(0);
+    make(kL21Link);
+    link->openPort();
+    EXPECT_EQ(view.openCaption, "Close");  // its 1000 yields delivered the event
+    EXPECT_EQ(port.rxThreshold(), 1);
+    link->closePort();
+    EXPECT_EQ(port.rxThreshold(), 0);
+    EXPECT_EQ(port.purges, 2);
+}
+
+TEST_F(LinkTest, FailedOpenShowsOneMessageWithTheSystemsReason) {
+    make(kL21Link);
+    port.failNextOpen("Permission denied");
+    link->openPort();
+    EXPECT_FALSE(link->isPortOpen());
+    ASSERT_EQ(view.boxes.size(), 1u);
+    EXPECT_EQ(view.boxes[0], "Couldn't open port.|Permission denied");
+    EXPECT_EQ(port.purges, 0);
+    EXPECT_EQ(view.openCaption, "Open");
+    link->openPort();  // the next try works
+    EXPECT_TRUE(link->isPortOpen());
+    EXPECT_EQ(view.boxes.size(), 1u);
+}
+
+TEST_F(LinkTest, FailedCloseShowsItsMessage) {
+    openLink(kAsciiLink);
+    port.failNextClose("Input/output error");
+    link->closePort();
+    EXPECT_TRUE(link->isPortOpen());
+    ASSERT_EQ(view.boxes.size(), 1u);
+    EXPECT_EQ(view.boxes[0], "Couldn't close port.|Input/output error");
+    link->closePort();
+    EXPECT_FALSE(link->isPortOpen());
+    EXPECT_EQ(view.boxes.size(), 1u);
+}
+
+TEST_F(LinkTest, DisplayCloseDeliversWrittenFramesFirst) {
+    openLink(kDisplayLink);
+    port.setDrainMsPerByte(10);
+    link->write("ABCDE");
+    const long long start = now();
+    link->closePort();
+    EXPECT_EQ(port.sent, "ABCDE");
+    EXPECT_EQ(port.purges, 1);  // only the one of opening
+    EXPECT_EQ(now() - start, 50);
+    EXPECT_FALSE(link->isPortOpen());
+}
+
+TEST_F(LinkTest, DisplayCloseOnAStalledLineGivesUpAfterTwoSeconds) {
+    openLink(kDisplayLink);
+    port.setDrainMsPerByte(-1);
+    link->write("stuck");
+    const long long start = now();
+    link->closePort();
+    EXPECT_EQ(now() - start, kDrainBoundMs);
+    EXPECT_FALSE(link->isPortOpen());
+    EXPECT_TRUE(view.boxes.empty());
+}
+
+TEST_F(LinkTest, InputKeepsFlowingWhileTheDisplayDrains) {
+    FakeSerialPort inPort(rig.dispatch);
+    SerialLink input(kAsciiLink, inPort, rig.tavo, view);
+    input.openPort();
+    openLink(kDisplayLink);
+    port.setDrainMsPerByte(100);
+    link->write("xyz");
+    rig.dispatch.postAt(now() + 50, [&] { inPort.deliver("hi"); });
+    link->closePort();
+    const std::string first = rig.tavo.dequeueByte();
+    EXPECT_EQ(first + rig.tavo.dequeueByte(), "hi");
+}
+
+// --- modem commands ---
+
+TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
+    make(kAsciiLink);
+    link->hangUpPort();  // closed: nothing, no time
+    EXPECT_EQ(now(), 0);
+    link->openPort();
+    rig.dispatch.postAt(700, [&] { port.deliver("in"); });
+    const long long start = now();
+    link->hangUpPort();
+    EXPECT_EQ(now() - start, 3000);
+    EXPECT_EQ(port.writes, (std::vector<std::string>{"+++", "ATH\r"}));
+    EXPECT_TRUE(link->isPortOpen());
+    EXPECT_EQ(rig.tavo.totalChars, 2);  // received during the pause
+}
+
+TEST_F(LinkTest, DialWritesTheCommandOrReminds) {
+    make(kAsciiLink);
+    link->dial("");
+    EXPECT_TRUE(view.reminder);
+    EXPECT_TRUE(port.writes.empty());
+    link->openPort();
+    link->dial("");
+    link->dial("5551212");
+    EXPECT_EQ(port.writes, (std::vector<std::string>{"atdt\r", "atdt5551212\r"}));
+}
+
+TEST_F(LinkTest, DisplayRemindsByNoticeWithBeep) {
+    make(kDisplayLink);
+    link->dial("1");
+    link->write("frame");
+    EXPECT_EQ(view.notice, "Open port first.");
+    EXPECT_FALSE(view.reminder);
+    EXPECT_EQ(rig.tone.tones.size(), 4u);  // one double beep each
+    EXPECT_TRUE(port.writes.empty());
+    link->openPort();
+    EXPECT_EQ(view.notice, "");  // opening clears the reminder
+}
+
+// --- notices ---
+
+TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
+    make(kDisplayLink);
+    link->showNotice(true, "Toggle front/back");
+    EXPECT_EQ(rig.tone.tones, (std::vector<std::pair<int, int>>{{740, 250}, {400, 250}}));
+    rig.dispatch.advance(3000);
+    link->showNotice(true, "Open port first.");
+    rig.dispatch.advance(4999);
+    EXPECT_EQ(view.notice, "Open port first.");
+    rig.dispatch.advance(1);
+    EXPECT_EQ(view.notice, "");
+    rig.dispatch.advance(20000);  // the timer stopped: nothing else happens
+    EXPECT_EQ(rig.tone.tones.size(), 4u);
+}
+
+// --- receiving ---
+
+TEST_F(LinkTest, ReceivedBytesGoOntoTheRingInOrder) {
+    openLink(kL21Link);
+    port.deliver(std::string("\x14\x25\x00\xFB", 4));
+    rig.dispatch.yield();
+    EXPECT_EQ(rig.tavo.totalChars, 4);
+    std::string got;
+    while (!rig.tavo.queueEmpty()) got += rig.tavo.dequeueByte();
+    EXPECT_EQ(got, std::string("\x14\x25\x00\xFB", 4));
+    EXPECT_EQ(port.rxCount(), 0);
+}
+
+// --- setup ---
+
+TEST_F(LinkTest, SetupDialogChoiceReachesTheCaption) {
+    make(kAsciiLink);
+    port.onSetupDialog = [](SerialPort& p) {
+        p.setPort(5);
+        p.setBaud(38400);
+    };
+    link->setup();
+    EXPECT_EQ(port.setupDialogs, 1);
+    EXPECT_EQ(view.setupCaption, "5:38400,n,8,1");
+}
+
+// --- a device that goes away ---
+
+TEST_F(LinkTest, LostDeviceClosesOnceTellsOnceAndCanBeReopened) {
+    openLink(kL21Link);
+    int hooks = 0;
+    link->whenLost = [&] { ++hooks; };
+    rig.tavo.bStopCapture = false;
+    port.vanish("Input/output error");
+    port.vanish("again");  // already gone: nothing more
+    rig.dispatch.advance(10);
+    EXPECT_FALSE(link->isPortOpen());
+    EXPECT_EQ(view.openCaption, "Open");
+    ASSERT_EQ(view.alerts.size(), 1u);
+    EXPECT_NE(view.alerts[0].find("The port has gone away.|Input/output error"), std::string::npos);
+    EXPECT_TRUE(view.boxes.empty());
+    EXPECT_EQ(hooks, 1);
+    EXPECT_TRUE(rig.tavo.bStopCapture);  // like a press of Close
+
+    link->openPort();
+    EXPECT_TRUE(link->isPortOpen());
+    EXPECT_EQ(view.openCaption, "Close");
+}
+
+TEST_F(LinkTest, LostDecoderPortEndsTheCaptureLoopItFed) {
+    openLink(kL21Link);
+    rig.dispatch.postAt(100, [&] { port.vanish(); });
+    rig.tavo.captureLoop();  // returns only because the loss stopped capture
+    EXPECT_FALSE(link->isPortOpen());
+}
+
+}  // namespace
+}  // namespace zelvan

@@ -1,0 +1,126 @@
+// The two serial setup dialogs: the decoder link's "Serial Port Setup" window
+// and the component's own dialog, each over a fake port.
+
+#include <gtest/gtest.h>
+#include <QComboBox>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "display/seriallink.h"
+#include "platform/devicechooser.h"
+#include "platform/devicemap.h"
+#include "platform/fakeserialport.h"
+#include "platform/serialsetupdialog.h"
+#include "support/fakes.h"
+#include "support/frmserialconfig.h"
+#include "support/recordinglinkview.h"
+
+namespace zelvan {
+namespace {
+
+struct SerialConfigTest : ::testing::Test {
+    testing::Rig rig;
+    FakeSerialPort port{rig.dispatch};
+    testing::RecordingLinkView view;
+    SerialLink link{kL21Link, port, rig.tavo, view};
+
+    void SetUp() override {
+        link.loadSettings();  // 1:1200,o,7,1
+        view.setupCaptions = 0;
+    }
+};
+
+TEST_F(SerialConfigTest, ListsShowTheComponentsValues) {
+    port.setPort(3);
+    frmSerialConfig form(link);
+    EXPECT_EQ(form.windowTitle(), "Serial Port Setup");
+    EXPECT_EQ(form.cmbPort->count(), 8);
+    EXPECT_EQ(form.cmbPort->currentText(), "COM3:");
+    EXPECT_EQ(form.cmbBaud->currentText(), "1200");
+    EXPECT_EQ(form.cmbParity->currentText(), "Odd");
+    EXPECT_EQ(form.cmbDataBits->currentText(), "7");
+    EXPECT_EQ(form.cmbStopBits->currentText(), "1");
+    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyS2");
+}
+
+TEST_F(SerialConfigTest, OkWritesEveryListAndRenewsTheCaption) {
+    frmSerialConfig form(link);
+    form.show();
+    form.cmbPort->setCurrentIndex(1);
+    form.cmbBaud->setCurrentText("19200");
+    form.cmbParity->setCurrentIndex(3);  // Mark
+    form.cmbDataBits->setCurrentIndex(3);
+    form.cmbStopBits->setCurrentIndex(2);
+    form.cmdOK->click();
+    EXPECT_EQ(port.settings(), (PortSettings{2, 19200, parity::kMark, 8, stopbits::kTwo}));
+    EXPECT_EQ(view.setupCaption, "2:19200,e,8,2");
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(port.openState(), 0);  // nothing opened or closed here
+}
+
+TEST_F(SerialConfigTest, OkWithoutChangeRewritesTheSameValues) {
+    frmSerialConfig form(link);
+    const PortSettings before = port.settings();
+    form.cmdOK->click();
+    EXPECT_EQ(port.settings(), before);
+    EXPECT_EQ(view.setupCaptions, 1);
+    EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));  // the default stays unwritten
+}
+
+TEST_F(SerialConfigTest, CancelLeavesComponentAndCaptionAlone) {
+    frmSerialConfig form(link);
+    form.show();
+    const PortSettings before = port.settings();
+    form.cmbBaud->setCurrentText("300");
+    form.cmbParity->setCurrentIndex(0);
+    form.cmbDevice->setPath("/dev/ttyUSB7");
+    form.cmdCancel->click();
+    EXPECT_EQ(port.settings(), before);
+    EXPECT_EQ(view.setupCaptions, 0);
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));
+}
+
+TEST_F(SerialConfigTest, ValuesWithoutAnEntryAreKeptAndBadBaudTextIsIgnored) {
+    port.setPort(12);
+    port.setDatabits(4);
+    frmSerialConfig form(link);
+    EXPECT_EQ(form.cmbPort->currentIndex(), -1);
+    EXPECT_EQ(form.cmbDataBits->currentIndex(), -1);
+    form.cmbBaud->setCurrentText("fast");
+    form.cmdOK->click();
+    EXPECT_EQ(port.port(), 12);
+    EXPECT_EQ(port.databits(), 4);
+    EXPECT_EQ(port.baud(), 1200);
+}
+
+TEST_F(SerialConfigTest, DeviceFollowsThePortAndOkMapsIt) {
+    setDevicePath(rig.store, 2, "/dev/ttyUSB0");
+    frmSerialConfig form(link);
+    form.cmbPort->setCurrentIndex(1);
+    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyUSB0");
+    form.cmbPort->setCurrentIndex(3);
+    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyS3");
+    form.cmbDevice->setPath("  /dev/serial/by-id/usb-caption-box  ");
+    form.cmdOK->click();
+    EXPECT_EQ(devicePath(rig.store, 4), "/dev/serial/by-id/usb-caption-box");
+    EXPECT_EQ(devicePath(rig.store, 2), "/dev/ttyUSB0");
+}
+
+TEST_F(SerialConfigTest, ComponentDialogAppliesItsChoice) {
+    FakeSerialPort other(rig.dispatch);
+    SerialSetupDialog dialog(other, rig.store);
+    EXPECT_EQ(dialog.portBox()->value(), 1);
+    EXPECT_EQ(dialog.baudBox()->currentText(), "9600");
+    dialog.portBox()->setValue(2);
+    dialog.deviceBox()->setPath("/dev/ttyACM0");
+    dialog.baudBox()->setCurrentText("57600");
+    dialog.parityBox()->setCurrentIndex(2);
+    dialog.stopBitsBox()->setCurrentIndex(1);
+    dialog.apply();
+    EXPECT_EQ(other.settings(), (PortSettings{2, 57600, parity::kEven, 8, stopbits::kOneAndHalf}));
+    EXPECT_EQ(devicePath(rig.store, 2), "/dev/ttyACM0");
+}
+
+}  // namespace
+}  // namespace zelvan

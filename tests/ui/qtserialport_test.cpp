@@ -1,0 +1,265 @@
+// The real serial port component against pseudo-terminals: the test holds the
+// master side, the component opens the slave through the device map. Every
+// wait has a deadline, so a fault fails the test instead of hanging it.
+
+#include <fcntl.h>
+#include <grp.h>
+#include <pty.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include <gtest/gtest.h>
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QThread>
+#include <functional>
+
+#include "display/seriallink.h"
+#include "platform/devicemap.h"
+#include "platform/qtdispatch.h"
+#include "platform/qtserialport.h"
+#include "support/fakes.h"
+#include "support/recordinglinkview.h"
+
+namespace zelvan {
+namespace {
+
+// The far end of the line: the master of a pty pair.
+struct Pty {
+    int master = -1;
+    std::string slave;
+
+    Pty() {
+        int slaveFd = -1;
+        char name[128] = {};
+        if (::openpty(&master, &slaveFd, name, nullptr, nullptr) != 0) return;
+        ::close(slaveFd);
+        slave = name;
+        ::fcntl(master, F_SETFL, ::fcntl(master, F_GETFL) | O_NONBLOCK);
+    }
+    ~Pty() { hangUp(); }
+    void hangUp() {
+        if (master >= 0) ::close(master);
+        master = -1;
+    }
+    void send(const std::string& bytes) const {
+        ASSERT_EQ(::write(master, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    }
+    std::string take() const {
+        std::string got;
+        char buf[4096];
+        for (ssize_t n; (n = ::read(master, buf, sizeof buf)) > 0;) got.append(buf, n);
+        return got;
+    }
+};
+
+// Runs the event loop until the condition holds or the deadline passes.
+bool waitFor(const std::function<bool()>& done, int ms = 3000) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > ms) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::usleep(500);
+    }
+    return true;
+}
+
+long cpuMs() {
+    rusage u{};
+    ::getrusage(RUSAGE_SELF, &u);
+    return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1000 +
+           (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1000;
+}
+
+struct QtPortTest : ::testing::Test {
+    QtDispatch dispatch;
+    MemorySettingsStore store;
+    Pty pty;
+    QtSerialPort port{dispatch, store};
+    std::vector<std::int32_t> states;
+
+    void SetUp() override {
+        ASSERT_FALSE(pty.slave.empty());
+        setDevicePath(store, 1, pty.slave);
+        port.setPort(1);
+        port.onState = [this](std::int32_t s) { states.push_back(s); };
+    }
+    void openOrFail() {
+        port.open();
+        ASSERT_EQ(port.openState(), 1) << port.lastError();
+    }
+    termios lineSettings() const {
+        termios t{};
+        ::tcgetattr(pty.master, &t);
+        return t;
+    }
+};
+
+// Control bytes a cooked line would eat or translate: NUL, XON/XOFF, CR, LF,
+// DEL and 8-bit bytes must pass both ways as they are.
+TEST_F(QtPortTest, LineIsRawBothWays) {
+    openOrFail();
+    std::string got;
+    port.onReceive = [&] {
+        while (port.rxCount() >= 1) got += static_cast<char>(port.readByte());
+    };
+    const std::string bytes("\x14\x25\x00\x11\x13\r\n\x7F\xFB\xFF", 10);
+    pty.send(bytes);
+    ASSERT_TRUE(waitFor([&] { return got.size() >= bytes.size(); }));
+    EXPECT_EQ(got, bytes);
+    EXPECT_EQ(states, std::vector<std::int32_t>{1});
+
+    port.write(bytes);
+    std::string out;
+    ASSERT_TRUE(waitFor([&] { return (out += pty.take()).size() >= bytes.size(); }));
+    EXPECT_EQ(out, bytes);
+}
+
+// A pty keeps 8 data bits and no parity whatever it is told, so only speed,
+// stop bits and flow control can be seen on it.
+TEST_F(QtPortTest, SettingsReachTheLineAlsoWhileOpen) {
+    port.setBaud(1200);
+    openOrFail();
+    const termios opened = lineSettings();
+    EXPECT_EQ(::cfgetospeed(&opened), static_cast<speed_t>(B1200));
+    port.setBaud(19200);
+    port.setStopbits(stopbits::kOneAndHalf);  // two on this system
+    const termios t = lineSettings();
+    EXPECT_EQ(::cfgetospeed(&t), static_cast<speed_t>(B19200));
+    EXPECT_TRUE(t.c_cflag & CSTOPB);
+    EXPECT_FALSE(t.c_cflag & CRTSCTS);
+}
+
+TEST_F(QtPortTest, RefusedSettingFailsTheOpenAndNamesIt) {
+    port.setDatabits(7);
+    port.open();
+    EXPECT_EQ(port.openState(), 0);
+    EXPECT_EQ(port.lastError(), pty.slave + ": the device can't take 7 data bits.");
+    port.setDatabits(8);
+    openOrFail();
+}
+
+TEST_F(QtPortTest, FailedOpenSaysWhichDeviceAndWhy) {
+    setDevicePath(store, 1, "/dev/zelvan-no-such-tty");
+    port.open();
+    EXPECT_EQ(port.openState(), 0);
+    EXPECT_NE(port.lastError().find("/dev/zelvan-no-such-tty"), std::string::npos);
+    EXPECT_NE(port.lastError().find("port settings"), std::string::npos) << port.lastError();
+}
+
+// An operator outside the group that owns the device learns which group it
+// is. Run as an unprivileged user in a child, since root may open anything.
+TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
+    // The test's own user owns its pty; only root can step down to a stranger.
+    if (::geteuid() != 0) GTEST_SKIP() << "needs root, to run the open as another user";
+    const group* g = nullptr;
+    struct stat st {};
+    ASSERT_EQ(::stat(pty.slave.c_str(), &st), 0);
+    g = ::getgrgid(st.st_gid);
+    ASSERT_NE(g, nullptr);
+    const std::string expected = "Only members of the group \"" + std::string(g->gr_name) + "\"";
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
+            ::_exit(2);
+        port.open();
+        const bool told = port.openState() == 0 &&
+                          port.lastError().find("Permission denied") != std::string::npos &&
+                          port.lastError().find(expected) != std::string::npos;
+        ::_exit(told ? 0 : 1);
+    }
+    int status = -1;
+    for (int i = 0; i < 300 && ::waitpid(child, &status, WNOHANG) == 0; ++i) QThread::msleep(10);
+    if (!WIFEXITED(status)) ::kill(child, SIGKILL);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST_F(QtPortTest, CarrierEventsOnALineWithoutModemPinsDoNoHarm) {
+    openOrFail();
+    int carriers = 0;
+    port.onCarrier = [&] { ++carriers; };
+    port.setCdEvents(true);
+    waitFor([] { return false; }, 3 * QtSerialPort::kCarrierPollMs);
+    EXPECT_EQ(port.openState(), 1);
+    EXPECT_EQ(carriers, 0);
+}
+
+// --- through a link, as the windows use it ---
+
+struct QtLinkTest : QtPortTest {
+    testing::RecordingTone tone;
+    Tavo tavo{dispatch, store, tone};
+    testing::RecordingLinkView view;
+};
+
+TEST_F(QtLinkTest, DisplayCloseWaitsUntilTheFramesAreOut) {
+    SerialLink link(kDisplayLink, port, tavo, view);
+    link.openPort();
+    ASSERT_TRUE(link.isPortOpen());
+    const std::string frames(20000, 'F');  // more than the pty holds at once
+    link.write(frames);
+    // The sign reads as the link waits in its close.
+    std::string got;
+    QTimer reader;
+    QObject::connect(&reader, &QTimer::timeout, [&] { got += pty.take(); });
+    reader.start(5);
+    link.closePort();
+    reader.stop();
+    got += pty.take();
+    EXPECT_EQ(got.size(), frames.size());
+    EXPECT_FALSE(link.isPortOpen());
+    EXPECT_TRUE(view.boxes.empty());
+}
+
+TEST_F(QtLinkTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
+    // A stable name in front of the device, as udev gives a USB adapter.
+    QTemporaryDir dir;
+    const std::string alias = dir.filePath("ttyCaption").toStdString();
+    ASSERT_TRUE(QFile::link(QString::fromStdString(pty.slave), QString::fromStdString(alias)));
+    setDevicePath(store, 1, alias);
+
+    SerialLink link(kAsciiLink, port, tavo, view);
+    link.openPort();
+    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
+    ASSERT_TRUE(waitFor([&] { return view.openCaption == "Close"; }));
+
+    pty.hangUp();
+    QFile::remove(QString::fromStdString(alias));
+    ASSERT_TRUE(waitFor([&] { return !view.alerts.empty(); }));
+    EXPECT_FALSE(link.isPortOpen());
+    EXPECT_TRUE(waitFor([&] { return view.openCaption == "Open"; }));
+    EXPECT_TRUE(tavo.bStopCapture);
+
+    // Left alone now, the program must idle, not chase the dead device.
+    const long before = cpuMs();
+    waitFor([] { return false; }, 300);
+    EXPECT_LT(cpuMs() - before, 150);
+    EXPECT_EQ(view.alerts.size(), 1u);
+    EXPECT_TRUE(view.boxes.empty());
+
+    link.openPort();  // still gone: the plain message, with the reason
+    ASSERT_EQ(view.boxes.size(), 1u);
+    EXPECT_EQ(view.boxes[0].rfind("Couldn't open port.|" + alias, 0), 0u) << view.boxes[0];
+
+    Pty back;
+    ASSERT_TRUE(QFile::link(QString::fromStdString(back.slave), QString::fromStdString(alias)));
+    link.openPort();
+    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
+    EXPECT_TRUE(waitFor([&] { return view.openCaption == "Close"; }));
+    back.send("ok");
+    EXPECT_TRUE(waitFor([&] { return tavo.totalChars == 2; }));
+}
+
+}  // namespace
+}  // namespace zelvan
