@@ -26,7 +26,7 @@ constexpr int px(int twips) {
 constexpr int kWidth = 480;
 constexpr int kHeight = 520;
 
-struct OptionSpec {
+struct OptionButton {
     FilterKind kind;
     const char* name;
     const char* caption;
@@ -38,7 +38,7 @@ struct OptionSpec {
 // The ASCII button sits below the frame's bottom edge, out of sight but
 // enabled; the keyboard and file buttons are hidden. All five stay reachable
 // from the Input menu.
-constexpr OptionSpec kOptions[] = {
+constexpr OptionButton kOptions[] = {
     {FilterKind::L21Serial, "obIFL21Serial", "Line-21 (Serial)", 240, true, true},
     {FilterKind::L21USB, "obIFL21USB", "Line-21 (Adrienne USB)", 480, true, true},
     {FilterKind::Ascii, "obIFAscii", "Ascii (Serial)", 1080, true, true},
@@ -67,17 +67,17 @@ void frmTavo::buildControls() {
 
     Frame1 = new QGroupBox(QStringLiteral("Input Filter:"), central);
     Frame1->setGeometry(8, 4, 220, px(855));
-    for (const OptionSpec& spec : kOptions) {
-        auto* rb = new QRadioButton(QString::fromLatin1(spec.caption), Frame1);
-        rb->setObjectName(QString::fromLatin1(spec.name));
-        rb->setGeometry(10, px(spec.top), 200, 20);
-        rb->setVisible(spec.shown);
-        rb->setEnabled(spec.enabled);
+    for (const OptionButton& button : kOptions) {
+        auto* rb = new QRadioButton(QString::fromLatin1(button.caption), Frame1);
+        rb->setObjectName(QString::fromLatin1(button.name));
+        rb->setGeometry(10, px(button.top), 200, 20);
+        rb->setVisible(button.shown);
+        rb->setEnabled(button.enabled);
         // Runs only when the button becomes set, not on a click on a set button.
-        connect(rb, &QRadioButton::toggled, this, [this, kind = spec.kind](bool on) {
+        connect(rb, &QRadioButton::toggled, this, [this, kind = button.kind](bool on) {
             if (on) m_console.select(kind);
         });
-        m_options[static_cast<std::size_t>(spec.kind)] = rb;
+        m_options[static_cast<std::size_t>(button.kind)] = rb;
     }
 
     Frame2 = new QGroupBox(QStringLiteral("Output Filters:"), central);
@@ -138,9 +138,9 @@ void frmTavo::buildMenus() {
     file->addAction(QStringLiteral("E&xit"), this, [this] { m_tavo.exitProgram(); });
 
     QMenu* input = menuBar()->addMenu(QStringLiteral("&Input"));
-    for (const OptionSpec& spec : kOptions)
-        input->addAction(QString::fromLatin1(spec.caption), this,
-                         [this, kind = spec.kind] { selectFromMenu(kind); });
+    for (const OptionButton& button : kOptions)
+        input->addAction(QString::fromLatin1(button.caption), this,
+                         [this, kind = button.kind] { selectFromMenu(kind); });
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&Help Contents               F1"), this,
