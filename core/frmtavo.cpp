@@ -194,6 +194,7 @@ void frmTavo::doStatus(const std::string& text) {
 }
 
 QString frmTavo::readHistoryText() const {
+    m_read->flush();
     return m_read->widget()->toPlainText();
 }
 QString frmTavo::totCharsText() const {

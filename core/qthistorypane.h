@@ -1,8 +1,10 @@
 #pragma once
-// A history pane shown in a read-only rich text widget in a fixed-pitch font.
+// A history pane shown in a read-only text widget in a fixed-pitch font.
 
+#include <QPlainTextEdit>
 #include <QTextCharFormat>
-#include <QTextEdit>
+#include <string>
+#include <vector>
 
 #include "core/historypane.h"
 
@@ -11,20 +13,34 @@ namespace zelvan {
 class QtHistoryPane : public HistoryPane {
   public:
     explicit QtHistoryPane(QWidget* parent);
-    QTextEdit* widget() const { return m_edit; }
+    QPlainTextEdit* widget() const { return m_edit; }
 
-    void setInsertColor(Rgb c) override;
+    void setInsertColor(Rgb c) override { m_color = c; }
     void insertText(const std::string& bytes) override;
     void moveCaretToEnd() override;
-    // Counted in bytes inserted: the widget folds CR LF into one paragraph
-    // break, and the limit is about what came in.
+    // Counted in bytes inserted: the widget folds CR LF into one line break,
+    // and the limit is about what came in.
     long length() const override { return m_length; }
     void clear() override;
 
+    // Puts what was inserted since the last turn of the event loop into the widget.
+    void flush();
+
   private:
-    QTextEdit* m_edit;
-    QTextCharFormat m_format;
+    struct Run {
+        Rgb color;
+        std::string text;
+    };
+    void scheduleFlush();
+    void appendToWidget(const Run& run);
+
+    QPlainTextEdit* m_edit;
+    Rgb m_color = kBlack;
     long m_length = 0;
+    int m_lineLength = 0;  // characters in the widget's last line
+    std::vector<Run> m_pending;
+    bool m_flushScheduled = false;
+    bool m_scrollPending = false;
 };
 
 }  // namespace zelvan

@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStandardPaths>
-#include <QTextEdit>
+#include <QPlainTextEdit>
 
 #include "core/frmtavo.h"
 #include "platform/qtdispatch.h"
@@ -41,7 +41,7 @@ TEST_F(MainWindowTest, QueuedBytesArriveInRawInputWithControlBytesInRed) {
     EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
     EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
 
-    QTextEdit* pane = child<QTextEdit>("rtbReadHistory");
+    QPlainTextEdit* pane = child<QPlainTextEdit>("rtbReadHistory");
     ASSERT_NE(pane, nullptr);
     QTextCursor cursor(pane->document());
     cursor.setPosition(3);  // just after "HiM"
@@ -63,7 +63,7 @@ TEST_F(MainWindowTest, ControlsStandAsTheOperatorIsMeantToSeeThem) {
         EXPECT_FALSE(child<QRadioButton>(hidden)->isEnabled()) << hidden;
     }
     EXPECT_FALSE(child<QCheckBox>("chkOutDW")->isEnabled());
-    EXPECT_FALSE(child<QTextEdit>("rtbRawHistory")->isVisible());
+    EXPECT_FALSE(child<QPlainTextEdit>("rtbRawHistory")->isVisible());
     EXPECT_EQ(window.minimumSize(), window.maximumSize());  // the operator can't resize it
     auto* exitButton = child<QPushButton>("cmdExit");
     EXPECT_EQ(exitButton->text(), QStringLiteral("E X I T"));
