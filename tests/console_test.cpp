@@ -78,27 +78,8 @@ struct ConsoleTest : ::testing::Test {
 
 // --- defaults ---
 
-TEST_F(ConsoleTest, DefaultsReverseTextOnThreeRowsWithTheFilterStopped) {
-    LineOutput& e = console.engine();
-    EXPECT_TRUE(e.bReverse);
-    EXPECT_TRUE(e.bListen);
-    EXPECT_FALSE(e.bFilterOn);
-    EXPECT_FALSE(e.bSunrise);
-    EXPECT_FALSE(e.bBufferRollup);
-    EXPECT_TRUE(e.bBoardFront);
-    EXPECT_EQ(e.iLines, 3);
-    EXPECT_TRUE(port.cdEvents());
-    EXPECT_EQ(view.scroll, 3);
-    EXPECT_EQ(view.linesText, "3");
-    using B = ConsoleBox;
-    for (B b : {B::RevOnCD, B::Input, B::Reverse})
-        EXPECT_TRUE(view.boxes[static_cast<std::size_t>(b)]);
-    for (B b : {B::Filter, B::Rollup, B::Sunrise})
-        EXPECT_FALSE(view.boxes[static_cast<std::size_t>(b)]);
-}
-
 // setDefaults puts back what the operator changed, each through its action:
-// the buffer starts over and the carrier event comes back on.
+// text reversed on three rows, the buffer started over, the carrier event on.
 TEST_F(ConsoleTest, DefaultsUndoTheOperatorsChangesThroughTheirActions) {
     console.setBox(ConsoleBox::Reverse, false);
     console.setBox(ConsoleBox::RevOnCD, false);
@@ -115,6 +96,10 @@ TEST_F(ConsoleTest, DefaultsUndoTheOperatorsChangesThroughTheirActions) {
     EXPECT_EQ(console.engine().iNextRow, 1);
     EXPECT_EQ(console.engine().iLines, 3);
     EXPECT_TRUE(console.engine().bBoardFront);
+    EXPECT_EQ(view.scroll, 3);
+    EXPECT_EQ(view.linesText, "3");
+    EXPECT_FALSE(console.box(ConsoleBox::Filter));
+    EXPECT_FALSE(console.engine().bFilterOn);
 }
 
 // --- the rows in use ---
@@ -152,16 +137,6 @@ TEST_F(ConsoleTest, ScrollBarWritesTheBoxAndSunriseBringsBackThreeRows) {
 }
 
 // --- the filter box ---
-
-TEST_F(ConsoleTest, FilterCannotStayTickedOnAClosedPort) {
-    console.setBox(ConsoleBox::Filter, true);
-    EXPECT_FALSE(console.box(ConsoleBox::Filter));
-    EXPECT_FALSE(view.boxes[static_cast<std::size_t>(ConsoleBox::Filter)]);
-    EXPECT_FALSE(console.engine().bFilterOn);
-    EXPECT_EQ(view.filterCaption, kCaptionStartFilter);
-    EXPECT_EQ(linkView.notice, kOpenPortFirst);
-    EXPECT_EQ(beeps(), 1u);
-}
 
 TEST_F(ConsoleTest, FilterRunsRedWhileTheOpenButtonClosesItFirst) {
     open();
@@ -221,6 +196,9 @@ TEST_F(ConsoleTest, ShowFormOnAFailingPortTellsOnceThenRemindsPerFrame) {
     EXPECT_EQ(linkView.boxes.size(), 1u);
     EXPECT_EQ(linkView.boxes[0].rfind("Couldn't open port.|", 0), 0u);
     EXPECT_FALSE(console.box(ConsoleBox::Filter));
+    EXPECT_FALSE(view.boxes[static_cast<std::size_t>(ConsoleBox::Filter)]);
+    EXPECT_FALSE(console.engine().bFilterOn);
+    EXPECT_EQ(view.filterCaption, kCaptionStartFilter);
     EXPECT_EQ(linkView.notice, kOpenPortFirst);
     // The filter box's reminder, then one per frame: three cleared rows and
     // three caption lines.
@@ -245,26 +223,25 @@ TEST_F(ConsoleTest, HideFormUnticksTheMainBoxClosesSavesAndSendsNothing) {
 
 // --- hand-made frames ---
 
-TEST_F(ConsoleTest, SendItPassesTheNotationStraightThrough) {
+// The operator types a whole frame in the notation; without text or a
+// running filter nothing happens, and nothing is said.
+TEST_F(ConsoleTest, SendItPassesTheNotationStraightThroughOnlyWhileTheFilterRuns) {
+    console.setPendingText("abc");
+    console.cmdSendIt_Click();  // filter off, port closed: silent
+    EXPECT_TRUE(rig.tone.tones.empty());
     open();
+    console.cmdSendIt_Click();
+    EXPECT_TRUE(port.writes.empty());
     console.setBox(ConsoleBox::Filter, true);
+    console.setPendingText("");
+    console.cmdSendIt_Click();
+    EXPECT_TRUE(port.writes.empty());
     console.setPendingText(esc("^01^20^7F ^01"));
     console.cmdSendIt_Click();
     EXPECT_EQ(port.writes, (std::vector<std::string>{bytes({0x01, 0x20, 0x7F, 0x20, 0x01})}));
     console.setPendingText(esc("^"));
     console.cmdSendIt_Click();
     EXPECT_EQ(port.writes.back(), std::string(1, '\0'));
-}
-
-TEST_F(ConsoleTest, SendItDoesNothingSilentlyWithoutTextOrFilter) {
-    console.setPendingText("");
-    console.cmdSendIt_Click();
-    console.setPendingText("abc");
-    console.cmdSendIt_Click();  // filter off, port closed: still silent
-    EXPECT_TRUE(rig.tone.tones.empty());
-    open();
-    console.cmdSendIt_Click();
-    EXPECT_TRUE(port.writes.empty());
 }
 
 TEST_F(ConsoleTest, SendAtWritesTheBoxOnTheLastRowInUseWithoutTheFilter) {
@@ -274,22 +251,6 @@ TEST_F(ConsoleTest, SendAtWritesTheBoxOnTheLastRowInUseWithoutTheFilter) {
     console.cmdSendAt_Click();
     EXPECT_EQ(frames(), (std::vector<std::string>{"row 2 col 31 |IH|"}));
     EXPECT_EQ(sign().rowThroughReflector(2), "HI" + std::string(30, ' '));
-}
-
-TEST_F(ConsoleTest, ReadableButtonsReplaceTheBoxWithTheConvertedClipboard) {
-    console.cmdFromReadable_Click(esc("A^41^0d"));
-    EXPECT_EQ(console.pendingText(), "AA\r");
-    EXPECT_EQ(view.pending, "AA\r");
-    console.cmdToReadable_Click(bytes({0x01, 'x', 0xFB}));
-    EXPECT_EQ(view.pending, esc("^01x^FB"));
-}
-
-TEST_F(ConsoleTest, LuckyCharmReplacesTheSelectionAndLeavesTheCaretBehindIt) {
-    console.setPendingText("01ABC20");
-    EXPECT_EQ(console.cmdLuckyCharm_Click(2, 3), 3u);
-    EXPECT_EQ(view.pending, esc("01^20"));
-    EXPECT_EQ(console.cmdLuckyCharm_Click(99, 4), 6u);  // past the end: appended
-    EXPECT_EQ(console.pendingText(), esc("01^20^"));
 }
 
 // --- the carrier board switch ---
@@ -311,15 +272,6 @@ TEST_F(ConsoleTest, CarrierBouncingWithinASecondSwitchesTheBoardOnce) {
     rig.dispatch.yield();
     EXPECT_EQ(port.writes.size(), 2u);
     EXPECT_TRUE(sign().frontBoard);
-}
-
-TEST_F(ConsoleTest, CarrierIgnoredWhileRevOnCDIsUnticked) {
-    open();
-    console.setBox(ConsoleBox::RevOnCD, false);
-    port.setCarrier(true);
-    rig.dispatch.advance(2000);
-    EXPECT_TRUE(port.writes.empty());
-    EXPECT_TRUE(console.engine().bBoardFront);
 }
 
 }  // namespace
