@@ -191,17 +191,18 @@ QWidget* frmOutDW::buildModeBoxes() {
     auto* panel = new QWidget;
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
-    struct Spec {
+    struct BoxEntry {
         QCheckBox** box;
         const char* name;
         const char* caption;
         ConsoleBox which;
     };
-    for (const Spec& s : {Spec{&chkFilter, "chkFilter", kCaptionStartFilter, ConsoleBox::Filter},
-                          Spec{&chkInput, "chkInput", "Listen", ConsoleBox::Input},
-                          Spec{&chkReverse, "chkReverse", "Reverse Text", ConsoleBox::Reverse},
-                          Spec{&chkRollup, "chkRollup", "Buffer Rollup", ConsoleBox::Rollup},
-                          Spec{&chkSunrise, "chkSunrise", "Sunrise", ConsoleBox::Sunrise}}) {
+    for (const BoxEntry& s :
+         {BoxEntry{&chkFilter, "chkFilter", kCaptionStartFilter, ConsoleBox::Filter},
+          BoxEntry{&chkInput, "chkInput", "Listen", ConsoleBox::Input},
+          BoxEntry{&chkReverse, "chkReverse", "Reverse Text", ConsoleBox::Reverse},
+          BoxEntry{&chkRollup, "chkRollup", "Buffer Rollup", ConsoleBox::Rollup},
+          BoxEntry{&chkSunrise, "chkSunrise", "Sunrise", ConsoleBox::Sunrise}}) {
         *s.box = new QCheckBox(QString::fromLatin1(s.caption));
         bindBox(*s.box, s.name, s.which);
         layout->addWidget(*s.box);
