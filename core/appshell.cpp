@@ -7,6 +7,7 @@
 
 #include "core/frmtavo.h"
 #include "core/placeholders.h"
+#include "display/frmoutdw.h"
 #include "support/frmsplash.h"
 
 namespace zelvan {
@@ -36,7 +37,7 @@ std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
 }
 
 std::unique_ptr<DisplayOutput> AppShell::makeDisplay(Tavo& tavo) {
-    return std::make_unique<PlaceholderDisplay>(tavo);
+    return std::make_unique<frmOutDW>(tavo, *this);
 }
 
 void AppShell::showAbout() {

@@ -67,8 +67,6 @@ const ControlFrameEntry& controlFrameEntry(ControlFrame frame);
 inline constexpr char kMusicNoteChar = '\x95';
 inline constexpr char kSignMusicNote = '\x7F';
 
-inline constexpr const char* kOpenPortFirst = "Open port first.";
-
 class DisplayProtocol {
   public:
     explicit DisplayProtocol(DisplayLink& link) : m_link(link) {}

@@ -13,13 +13,13 @@
 #include <string>
 
 #include "core/tavo.h"
+#include "display/displaylink.h"
 #include "platform/serialport.h"
 
 namespace zelvan {
 
 inline constexpr const char* kCouldntOpenPort = "Couldn't open port.";
 inline constexpr const char* kCouldntClosePort = "Couldn't close port.";
-inline constexpr const char* kOpenPortFirst = "Open port first.";
 inline constexpr const char* kPortLost = "The port has gone away.";
 inline constexpr const char* kPortLostAdvice = "Plug the device back in, then press Open.";
 inline constexpr const char* kCaptionOpen = "Open";

@@ -1,0 +1,197 @@
+// The display window for real, its port on a pseudo-terminal whose master
+// plays the sign: the startup caption and a caption arrive as frames, a closed
+// port gives the notice, and the controls that need the widgets behave.
+
+#include <fcntl.h>
+#include <pty.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QThread>
+
+#include "display/frmoutdw.h"
+#include "display/signmodel.h"
+#include "platform/devicemap.h"
+#include "platform/qtdispatch.h"
+#include "support/displayfakes.h"
+
+namespace zelvan {
+namespace {
+
+struct SignEnd {
+    int master = -1;
+    std::string slave;
+
+    SignEnd() {
+        int slaveFd = -1;
+        char name[128] = {};
+        if (::openpty(&master, &slaveFd, name, nullptr, nullptr) != 0) return;
+        ::close(slaveFd);
+        slave = name;
+        ::fcntl(master, F_SETFL, ::fcntl(master, F_GETFL) | O_NONBLOCK);
+    }
+    ~SignEnd() {
+        if (master >= 0) ::close(master);
+    }
+    std::string take() const {
+        std::string got;
+        char buf[4096];
+        for (ssize_t n; (n = ::read(master, buf, sizeof buf)) > 0;) got.append(buf, n);
+        return got;
+    }
+};
+
+bool waitFor(const std::function<bool()>& done, int ms = 3000) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > ms) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::usleep(500);
+    }
+    return true;
+}
+
+struct DisplayWindowTest : ::testing::Test {
+    QtDispatch dispatch;
+    MemorySettingsStore store;
+    testing::RecordingTone tone;
+    testing::Log log;
+    testing::FakeShell shell{log};
+    Tavo tavo{dispatch, store, tone};
+    testing::RowsFilter filter;
+    SignEnd sign;
+    std::unique_ptr<frmOutDW> window;
+
+    void SetUp() override {
+        ASSERT_FALSE(sign.slave.empty());
+        setDevicePath(store, 2, sign.slave);
+        tavo.view = &shell.view;
+        tavo.splitStartupBarker();
+        tavo.bInTDS = true;
+        tavo.frmInTDS = &filter;
+        window = std::make_unique<frmOutDW>(tavo, shell);
+    }
+    template <typename T>
+    T* child(const char* name) {
+        T* w = window->findChild<T*>(QString::fromLatin1(name));
+        EXPECT_NE(w, nullptr) << name;
+        return w;
+    }
+    // Reads the line until the sign has taken `frames` frames.
+    void readSign(SignModel& model, int frames) {
+        EXPECT_TRUE(waitFor([&] {
+            model.feed(sign.take());
+            return model.frames >= frames;
+        })) << model.dump();
+    }
+};
+
+TEST_F(DisplayWindowTest, CaptionsReachTheSignAsFramesAndHideFormClosesAndSaves) {
+    window->showForm();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(window->console().isPortOpen());
+    EXPECT_TRUE(waitFor([&] { return child<QPushButton>("cmdPortOutOpen")->text() == "Close"; }));
+    EXPECT_EQ(child<QCheckBox>("chkFilter")->text(), QStringLiteral("Stop Filter"));
+    EXPECT_EQ(child<QPushButton>("cmdPortOutSetup")->text(),
+              QString::fromStdString("2:9600,n,8,1"));
+
+    SignModel model;
+    readSign(model, 6);  // three cleared rows, three lines of the startup caption
+    EXPECT_EQ(model.rowThroughReflector(2).substr(0, 29), "Please adjust your reflector.");
+
+    filter.rows[15] = "HELLO \x95";
+    window->doInput(kStyleRows, "");
+    readSign(model, 6 + 1 + 3 + 1 + 1);  // dim, three cleared rows, the row, bright
+    EXPECT_EQ(model.rowThroughReflector(1), "HELLO \x7F" + std::string(25, ' '));
+    EXPECT_EQ(model.strayBytes + model.unknownFrames, 0) << model.dump();
+    EXPECT_EQ(child<QPlainTextEdit>("tbPending")->toPlainText(), QStringLiteral("HELLO \u2022"));
+
+    shell.view.outDW = 1;
+    window->hideForm();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_FALSE(window->console().isPortOpen());
+    EXPECT_EQ(shell.view.outDW, 0);
+    EXPECT_EQ(store.get("DWPort", "port", ""), "2");
+}
+
+TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeWithItsBeep) {
+    window->show();
+    child<QPushButton>("cmdBright")->click();
+    EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
+    EXPECT_EQ(tone.tones.size(), 2u);
+    QCheckBox* filterBox = child<QCheckBox>("chkFilter");
+    filterBox->click();
+    EXPECT_FALSE(filterBox->isChecked());
+    EXPECT_EQ(filterBox->text(), QStringLiteral("Start Filter"));
+    EXPECT_EQ(tone.tones.size(), 4u);
+    EXPECT_TRUE(sign.take().empty());
+}
+
+TEST_F(DisplayWindowTest, WindowStandsFixedRefusesToCloseAndAsksForHelpOnF1) {
+    window->show();
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Halvane Display"));
+    EXPECT_EQ(window->minimumSize(), window->maximumSize());
+    auto* pending = child<QPlainTextEdit>("tbPending");
+    EXPECT_EQ(pending->toPlainText(), QStringLiteral("12345678901234567890123456789012"));
+    const QFontMetrics metrics(pending->font());
+    EXPECT_EQ(metrics.horizontalAdvance(QLatin1Char('i')),
+              metrics.horizontalAdvance(QLatin1Char('M')));
+    EXPECT_EQ(child<QPushButton>("cmdLuckyCharm")->text(), QStringLiteral("\u00FB"));
+    EXPECT_EQ(child<QLineEdit>("tbScrollLines")->text(), QStringLiteral("3"));
+
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible());
+
+    // F1 is the window's, ahead of whichever control has the focus.
+    auto* f1 = window->findChild<QShortcut*>();
+    ASSERT_NE(f1, nullptr);
+    EXPECT_EQ(f1->key(), QKeySequence(Qt::Key_F1));
+    EXPECT_EQ(f1->context(), Qt::WindowShortcut);
+    emit f1->activated();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
+}
+
+// The box counts a line break as one character, the pending text as CR LF.
+TEST_F(DisplayWindowTest, LuckyCharmReplacesTheSelectionAcrossLineBreaks) {
+    window->show();
+    auto* pending = child<QPlainTextEdit>("tbPending");
+    pending->setPlainText(QStringLiteral("AB\nCD"));
+    QTextCursor cursor = pending->textCursor();
+    cursor.setPosition(3);
+    cursor.setPosition(4, QTextCursor::KeepAnchor);  // the "C"
+    pending->setTextCursor(cursor);
+    child<QPushButton>("cmdLuckyCharm")->click();
+    EXPECT_EQ(pending->toPlainText(), QStringLiteral("AB\n\u00FBD"));
+    EXPECT_EQ(window->console().pendingText(),
+              "AB\r\n\xFB"
+              "D");
+    EXPECT_EQ(pending->textCursor().position(), 4);
+}
+
+TEST_F(DisplayWindowTest, TypingInTheLinesBoxIsPulledBackIntoRange) {
+    window->show();
+    auto* lines = child<QLineEdit>("tbScrollLines");
+    lines->selectAll();
+    QKeyEvent nine(QEvent::KeyPress, Qt::Key_9, Qt::NoModifier, QStringLiteral("9"));
+    QApplication::sendEvent(lines, &nine);
+    EXPECT_EQ(lines->text(), QStringLiteral("3"));
+    EXPECT_EQ(window->console().engine().iLines, 3);
+    lines->selectAll();
+    QKeyEvent erase(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
+    QApplication::sendEvent(lines, &erase);
+    EXPECT_EQ(lines->text(), QStringLiteral("1"));
+    EXPECT_EQ(window->console().engine().iLines, 1);
+}
+
+}  // namespace
+}  // namespace zelvan
