@@ -191,13 +191,15 @@ void frmL21Serial::buildControls() {
     cmdShowNM = makeButton(this, "cmdShowNM", "Show");
     cmdFlip = makeButton(this, "cmdFlip", "FLIP");
     cmdInit = makeButton(this, "cmdInit", "INIT");
+    layOutControls();
+}
 
+// The port and the bank-wide buttons on top; below, the two banks side by
+// side, each with its test buttons underneath.
+void frmL21Serial::layOutControls() {
     auto* port = new QHBoxLayout;
     port->addWidget(cmdPortSetup);
     port->addWidget(cmdPortOpen);
-    for (QWidget* w : std::initializer_list<QWidget*>{tbDial, cmdPortDial, cmdPortHangup,
-                                                      lblOpenPortDummy, lbChannel, Command1})
-        port->addWidget(w);
     port->addStretch();
     port->addWidget(cmdFlip);
     port->addWidget(cmdInit);

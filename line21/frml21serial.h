@@ -83,6 +83,7 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
 
   private:
     void buildControls();
+    void layOutControls();
     void bindControls();
     void cmdPortSetup_Click();
     static void setPaneText(QPlainTextEdit* pane, std::string& shown, const std::string& text);
