@@ -8,6 +8,7 @@
 #include "core/frmtavo.h"
 #include "core/placeholders.h"
 #include "display/frmoutdw.h"
+#include "line21/frml21serial.h"
 #include "support/frmsplash.h"
 
 namespace zelvan {
@@ -33,6 +34,7 @@ MainConsole& AppShell::showMainWindow(Tavo& tavo) {
 }
 
 std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
+    if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
     return std::make_unique<PlaceholderFilter>(kind, tavo);
 }
 

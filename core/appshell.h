@@ -3,6 +3,7 @@
 // the windows, shows the splash and ends the process.
 
 #include "core/mainview.h"
+#include "line21/inl21.h"
 
 namespace zelvan {
 
@@ -23,6 +24,8 @@ class AppShell : public Shell {
 
   private:
     frmTavo* m_main = nullptr;
+    // The one caption memory, shared by the two line-21 filters.
+    InL21 m_inL21;
     bool m_busy = false;
 };
 

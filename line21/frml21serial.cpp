@@ -1,0 +1,319 @@
+#include "line21/frml21serial.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include "core/placeholders.h"
+#include "platform/qtext.h"
+#include "platform/qtmessagebox.h"
+#include "support/frmserialconfig.h"
+
+namespace zelvan {
+
+namespace {
+
+using line21::kCols;
+using line21::kRows;
+
+// Column numbers 1-32 as two lines, tens above units.
+QString columnRulerText() {
+    QString tens, units;
+    for (int c = 1; c <= kCols; ++c) {
+        tens += c >= 10 ? QChar(u'0' + c / 10) : QChar(u' ');
+        units += QChar(u'0' + c % 10);
+    }
+    return tens + u'\n' + units;
+}
+
+// Row numbers 1-15, one a line, right-aligned.
+QString rowRulerText() {
+    QStringList rows;
+    for (int r = 1; r <= kRows; ++r) rows << QStringLiteral("%1").arg(r, 2);
+    return rows.join(u'\n');
+}
+
+// Sizes a text box to show `cols` characters on each of `lines` lines, without
+// scroll bars, in its fixed-pitch font.
+void fitText(QPlainTextEdit* edit, int cols, int lines) {
+    const QFontMetrics fm(edit->font());
+    const int margin = static_cast<int>(edit->document()->documentMargin());
+    const QMargins frame = edit->contentsMargins();
+    const int extra = 2 * edit->frameWidth() + frame.left() + frame.right() + 2 * margin;
+    // A few pixels more than the text needs, so the caret cell at column 32 fits.
+    const int width = fm.horizontalAdvance(QString(cols, u'0')) + extra + 4;
+    const int height = lines * fm.lineSpacing() + extra + 2;
+    edit->setFixedSize(width, height);
+}
+
+QPlainTextEdit* makeTextBox(QWidget* parent) {
+    auto* edit = new QPlainTextEdit(parent);
+    edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    edit->setReadOnly(true);
+    edit->setUndoRedoEnabled(false);
+    edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    edit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    edit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The style sets the frame when it polishes the box; sizes are measured after.
+    edit->ensurePolished();
+    return edit;
+}
+
+// A memory pane: 15 lines of 32 characters.
+QPlainTextEdit* makePane(QWidget* parent, const char* name) {
+    QPlainTextEdit* pane = makeTextBox(parent);
+    pane->setObjectName(QString::fromLatin1(name));
+    fitText(pane, kCols, kRows);
+    return pane;
+}
+
+// A ruler is a text box like the pane, so that its characters and lines fall
+// on the pane's grid exactly. It has no frame and can't be focused or
+// selected; it stands inside the pane's frame width, where the pane's text
+// starts too.
+QPlainTextEdit* makeRuler(QWidget* parent, const QString& text) {
+    QPlainTextEdit* ruler = makeTextBox(parent);
+    ruler->setFrameShape(QFrame::NoFrame);
+    ruler->setFocusPolicy(Qt::NoFocus);
+    ruler->setTextInteractionFlags(Qt::NoTextInteraction);
+    ruler->viewport()->setCursor(Qt::ArrowCursor);
+    QPalette pal = ruler->palette();
+    pal.setColor(QPalette::Base, pal.color(QPalette::Window));
+    pal.setColor(QPalette::Text, pal.color(QPalette::PlaceholderText));
+    ruler->setPalette(pal);
+    ruler->setPlainText(text);
+    return ruler;
+}
+
+// The label above, the column ruler, the row ruler beside and the pane.
+QGridLayout* memoryBlock(QWidget* parent, const char* label, QPlainTextEdit* pane) {
+    const int frame = pane->frameWidth();
+    QPlainTextEdit* columns = makeRuler(parent, columnRulerText());
+    columns->setObjectName(pane->objectName() + QStringLiteral("Columns"));
+    fitText(columns, kCols, 2);
+    columns->setFixedWidth(pane->width() - 2 * frame);
+    QPlainTextEdit* rows = makeRuler(parent, rowRulerText());
+    rows->setObjectName(pane->objectName() + QStringLiteral("Rows"));
+    fitText(rows, 2, kRows);
+    rows->setFixedHeight(pane->height() - 2 * frame);
+
+    auto* grid = new QGridLayout;
+    grid->setSpacing(0);
+    grid->addWidget(new QLabel(QString::fromLatin1(label), parent), 0, 0, 1, 2);
+    grid->addWidget(columns, 1, 1, Qt::AlignHCenter);
+    grid->addWidget(rows, 2, 0, Qt::AlignVCenter);
+    grid->addWidget(pane, 2, 1);
+    return grid;
+}
+
+QPushButton* makeButton(QWidget* parent, const char* name, const char* caption) {
+    auto* button = new QPushButton(QString::fromLatin1(caption), parent);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoDefault(false);
+    return button;
+}
+
+// "Disp:" or "NonDisp:" and its three test buttons.
+QHBoxLayout* testRow(QWidget* parent, const char* label, QPushButton* erase, QPushButton* fill,
+                     QPushButton* show) {
+    auto* row = new QHBoxLayout;
+    auto* text = new QLabel(QString::fromLatin1(label), parent);
+    text->setMinimumWidth(text->fontMetrics().horizontalAdvance(QStringLiteral("NonDisp:")) + 4);
+    row->addWidget(text);
+    for (QPushButton* b : {erase, fill, show}) row->addWidget(b);
+    row->addStretch();
+    return row;
+}
+
+QWidget* mainWindow() {
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->objectName() == QLatin1String("frmTavo")) return top;
+    return nullptr;
+}
+
+}  // namespace
+
+frmL21Serial::frmL21Serial(Tavo& tavo, InL21& memory, Shell& shell)
+    : QWidget(nullptr, Qt::Window),
+      m_shell(shell),
+      SerialPort(tavo.dispatch(), tavo.store(), this) {
+    setObjectName(QStringLiteral("frmL21Serial"));
+    setWindowTitle(QString::fromLatin1(kL21SerialTitle));
+    buildControls();
+    // The logic sets the captions as it starts, so the controls come first.
+    m_input = std::make_unique<L21SerialInput>(tavo, memory, SerialPort, *this);
+    bindControls();
+    // At load the window keeps the size it has: it can't be resized.
+    setFixedSize(sizeHint());
+}
+
+frmL21Serial::~frmL21Serial() = default;
+
+void frmL21Serial::buildControls() {
+    cmdPortSetup = makeButton(this, "cmdPortSetup", "");
+    // Wide enough for the longest settings text the setup window can give.
+    cmdPortSetup->setMinimumWidth(
+        cmdPortSetup->fontMetrics().horizontalAdvance(QStringLiteral("8:115200,e,8,1.5")) + 24);
+    cmdPortOpen = makeButton(this, "cmdPortOpen", kCaptionOpen);
+    // Dialling, the reminder, the channel list and Command1 are there but
+    // out of sight.
+    tbDial = new QLineEdit(QString::fromLatin1(kDefaultDialText), this);
+    tbDial->setObjectName(QStringLiteral("tbDial"));
+    cmdPortDial = makeButton(this, "cmdPortDial", "Dial");
+    cmdPortHangup = makeButton(this, "cmdPortHangup", "Hang");
+    lblOpenPortDummy = new QLabel(QStringLiteral("Open the port!"), this);
+    lblOpenPortDummy->setObjectName(QStringLiteral("lblOpenPortDummy"));
+    lbChannel = new QListWidget(this);
+    lbChannel->setObjectName(QStringLiteral("lbChannel"));
+    for (const char* name : line21::channelNames) lbChannel->addItem(QString::fromLatin1(name));
+    Command1 = makeButton(this, "Command1", "Command1");
+    for (QWidget* w : std::initializer_list<QWidget*>{tbDial, cmdPortDial, cmdPortHangup,
+                                                      lblOpenPortDummy, lbChannel, Command1})
+        w->hide();
+
+    rtbDM = makePane(this, "rtbDM");
+    rtbNM = makePane(this, "rtbNM");
+    cmdEDM = makeButton(this, "cmdEDM", "Erase");
+    cmdFillDM = makeButton(this, "cmdFillDM", "Fill");
+    cmdShowDM = makeButton(this, "cmdShowDM", "Show");
+    cmdENM = makeButton(this, "cmdENM", "Erase");
+    cmdFillNM = makeButton(this, "cmdFillNM", "Fill");
+    cmdShowNM = makeButton(this, "cmdShowNM", "Show");
+    cmdFlip = makeButton(this, "cmdFlip", "FLIP");
+    cmdInit = makeButton(this, "cmdInit", "INIT");
+    layOutControls();
+}
+
+// The port and the bank-wide buttons on top; below, the two banks side by
+// side, each with its test buttons underneath.
+void frmL21Serial::layOutControls() {
+    auto* port = new QHBoxLayout;
+    port->addWidget(cmdPortSetup);
+    port->addWidget(cmdPortOpen);
+    port->addStretch();
+    port->addWidget(cmdFlip);
+    port->addWidget(cmdInit);
+
+    auto* dm = new QVBoxLayout;
+    dm->addLayout(memoryBlock(this, "Displayed Memory:", rtbDM));
+    dm->addLayout(testRow(this, "Disp:", cmdEDM, cmdFillDM, cmdShowDM));
+    auto* nm = new QVBoxLayout;
+    nm->addLayout(memoryBlock(this, "Non-Displayed Memory:", rtbNM));
+    nm->addLayout(testRow(this, "NonDisp:", cmdENM, cmdFillNM, cmdShowNM));
+    auto* memories = new QHBoxLayout;
+    memories->addLayout(dm);
+    memories->addSpacing(12);
+    memories->addLayout(nm);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(port);
+    layout->addLayout(memories);
+}
+
+void frmL21Serial::bindControls() {
+    L21SerialInput* in = m_input.get();
+    connect(cmdPortSetup, &QPushButton::clicked, this, [this] { cmdPortSetup_Click(); });
+    connect(cmdPortOpen, &QPushButton::clicked, this, [in] { in->cmdPortOpen_Click(); });
+    connect(cmdPortDial, &QPushButton::clicked, this,
+            [this, in] { in->cmdPortDial_Click(fromQString(tbDial->text())); });
+    connect(cmdPortHangup, &QPushButton::clicked, this, [in] { in->cmdPortHangup_Click(); });
+    connect(lbChannel, &QListWidget::currentRowChanged, this,
+            [in](int row) { in->lbChannel_Click(static_cast<std::int16_t>(row)); });
+    connect(cmdEDM, &QPushButton::clicked, this, [in] { in->cmdEDM_Click(); });
+    connect(cmdFillDM, &QPushButton::clicked, this, [in] { in->cmdFillDM_Click(); });
+    connect(cmdShowDM, &QPushButton::clicked, this, [in] { in->cmdShowDM_Click(); });
+    connect(cmdENM, &QPushButton::clicked, this, [in] { in->cmdENM_Click(); });
+    connect(cmdFillNM, &QPushButton::clicked, this, [in] { in->cmdFillNM_Click(); });
+    connect(cmdShowNM, &QPushButton::clicked, this, [in] { in->cmdShowNM_Click(); });
+    connect(cmdFlip, &QPushButton::clicked, this, [in] { in->cmdFlip_Click(); });
+    connect(cmdInit, &QPushButton::clicked, this, [in] { in->cmdInit_Click(); });
+    connect(Command1, &QPushButton::clicked, this, [in] { in->Command1_Click(); });
+    // F1 anywhere in the window, before any control sees the key.
+    new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { m_shell.showHelp(); });
+}
+
+// A new setup window at each click; the one before goes.
+void frmL21Serial::cmdPortSetup_Click() {
+    m_setup = std::make_unique<frmSerialConfig>(m_input->link());
+    m_setup->show();
+}
+
+void frmL21Serial::messageBox(const std::string& text, const std::string& detail) {
+    showMessageBox(this, text, detail);
+}
+
+void frmL21Serial::alert(const std::string& text, const std::string& detail) {
+    showAlertBox(this, text, detail);
+}
+
+void frmL21Serial::setOpenCaption(const std::string& caption) {
+    cmdPortOpen->setText(toQString(caption));
+}
+
+void frmL21Serial::setSetupCaption(const std::string& text) {
+    cmdPortSetup->setText(toQString(text));
+}
+
+void frmL21Serial::showReminder(bool visible) {
+    lblOpenPortDummy->setVisible(visible);
+}
+
+// This link reminds by its label; it has no notice panel.
+void frmL21Serial::setNotice(const std::string&) {}
+
+void frmL21Serial::placeWindow() {
+    placeUnderMainWindow(this);
+}
+
+// Modeless, kept above the main window by the window manager; the main
+// window doesn't own the object, the console does.
+void frmL21Serial::showWindow() {
+    if (QWidget* main = mainWindow()) {
+        winId();
+        main->winId();
+        windowHandle()->setTransientParent(main->windowHandle());
+    }
+    show();
+}
+
+void frmL21Serial::hideWindow() {
+    hide();
+}
+
+void frmL21Serial::setDMText(const std::string& text) {
+    setPaneText(rtbDM, m_dmText, text);
+}
+
+void frmL21Serial::setNMText(const std::string& text) {
+    setPaneText(rtbNM, m_nmText, text);
+}
+
+// The decoder refreshes both panes at every byte of the active channel; a pane
+// whose text hasn't changed is left alone, which spares its layout.
+void frmL21Serial::setPaneText(QPlainTextEdit* pane, std::string& shown, const std::string& text) {
+    if (text == shown) return;
+    shown = text;
+    pane->setPlainText(toQString(text));
+}
+
+void frmL21Serial::showChannel(std::int16_t index) {
+    const QSignalBlocker hold(lbChannel);
+    lbChannel->setCurrentRow(index);
+}
+
+// The operator can't close it; only hideForm takes it away.
+void frmL21Serial::closeEvent(QCloseEvent* e) {
+    e->ignore();
+}
+
+}  // namespace zelvan

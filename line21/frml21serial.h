@@ -1,0 +1,101 @@
+#pragma once
+// "Line-21 Decoder": the window of the line-21 serial filter. It shows the two
+// banks of the caption memory with rulers, the port buttons and the test
+// buttons, and binds them to L21SerialInput, which holds the rules. The
+// filter contract is forwarded to it.
+//
+// The window has a fixed size and refuses to be closed: it goes only through
+// hideForm. F1 opens the help.
+
+#include <QWidget>
+#include <memory>
+
+#include "core/mainview.h"
+#include "line21/l21serialinput.h"
+#include "platform/qtserialport.h"
+
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace zelvan {
+
+class frmSerialConfig;
+
+class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
+  public:
+    frmL21Serial(Tavo& tavo, InL21& memory, Shell& shell);
+    ~frmL21Serial() override;
+
+    // --- the filter contract, forwarded to the logic ---
+    void showForm() override { m_input->showForm(); }
+    void hideForm() override { m_input->hideForm(); }
+    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
+        return m_input->filterEntry(inString, outString);
+    }
+    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
+    std::string getExternalTextTrimmed(std::int16_t i) override {
+        return m_input->getExternalTextTrimmed(i);
+    }
+
+    L21SerialInput& input() { return *m_input; }
+    // The setup window of the last click on cmdPortSetup, or null.
+    frmSerialConfig* setupWindow() const { return m_setup.get(); }
+
+    // --- L21SerialView ---
+    void messageBox(const std::string& text, const std::string& detail) override;
+    void alert(const std::string& text, const std::string& detail) override;
+    void setOpenCaption(const std::string& caption) override;
+    void setSetupCaption(const std::string& text) override;
+    void showReminder(bool visible) override;
+    void setNotice(const std::string& text) override;
+    void placeWindow() override;
+    void showWindow() override;
+    void hideWindow() override;
+    void setDMText(const std::string& text) override;
+    void setNMText(const std::string& text) override;
+    void showChannel(std::int16_t index) override;
+
+    // The controls, for the tests and the screenshots.
+    QPushButton* cmdPortSetup;
+    QPushButton* cmdPortOpen;
+    QLineEdit* tbDial;
+    QPushButton* cmdPortDial;
+    QPushButton* cmdPortHangup;
+    QLabel* lblOpenPortDummy;
+    QListWidget* lbChannel;
+    QPlainTextEdit* rtbDM;
+    QPlainTextEdit* rtbNM;
+    QPushButton* cmdEDM;
+    QPushButton* cmdFillDM;
+    QPushButton* cmdShowDM;
+    QPushButton* cmdENM;
+    QPushButton* cmdFillNM;
+    QPushButton* cmdShowNM;
+    QPushButton* cmdFlip;
+    QPushButton* cmdInit;
+    QPushButton* Command1;
+
+  protected:
+    void closeEvent(QCloseEvent* e) override;
+
+  private:
+    void buildControls();
+    void layOutControls();
+    void bindControls();
+    void cmdPortSetup_Click();
+    static void setPaneText(QPlainTextEdit* pane, std::string& shown, const std::string& text);
+
+    Shell& m_shell;
+    // The port outlives the link inside the logic, which unhooks its events.
+    QtSerialPort SerialPort;
+    std::unique_ptr<L21SerialInput> m_input;
+    // Writes into the link of m_input, so it goes first.
+    std::unique_ptr<frmSerialConfig> m_setup;
+    // What the panes show, to skip a refresh that changes nothing.
+    std::string m_dmText, m_nmText;
+};
+
+}  // namespace zelvan

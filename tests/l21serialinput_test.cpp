@@ -1,0 +1,238 @@
+// The line-21 serial window's rules over a fake port on virtual time: opening
+// and capturing, the way bytes from the box reach the caption memory, the
+// flush timer, a selection made while capturing (hideForm), a device that
+// goes away, and a whole recorded broadcast.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "line21/l21serialinput.h"
+#include "platform/fakeserialport.h"
+#include "support/fakes.h"
+#include "support/sccreader.h"
+
+namespace zelvan {
+namespace {
+
+using testing::Log;
+using testing::Rig;
+
+// The window as the logic sees it, recorded: one log of what it was asked in
+// order, and what its panes and captions show now.
+struct RecordingL21SerialView : L21SerialView {
+    void messageBox(const std::string& text, const std::string& detail) override {
+        log.push_back("box:" + text + "|" + detail);
+    }
+    void alert(const std::string& text, const std::string&) override {
+        log.push_back("alert:" + text);
+    }
+    void setOpenCaption(const std::string& c) override { openCaption = c; }
+    void setSetupCaption(const std::string& t) override { log.push_back("setup:" + t); }
+    void showReminder(bool) override {}
+    void setNotice(const std::string&) override {}
+    void placeWindow() override { log.push_back("place"); }
+    void showWindow() override {
+        log.push_back("show");
+        visible = true;
+    }
+    void hideWindow() override {
+        log.push_back("hide");
+        visible = false;
+    }
+    void setDMText(const std::string& text) override { dm = text; }
+    void setNMText(const std::string& text) override { nm = text; }
+    void showChannel(std::int16_t index) override {
+        log.push_back("channel:" + std::to_string(index));
+    }
+
+    Log log;
+    std::string openCaption = kCaptionOpen, dm, nm;
+    bool visible = false;
+};
+
+// The display output, recording when each style came and row 15 at that time.
+struct TimedDisplay : DisplayOutput {
+    TimedDisplay(Tavo& tavo, VirtualDispatch& dispatch) : tavo(tavo), dispatch(dispatch) {}
+    void showForm() override {}
+    void hideForm() override {}
+    void doInput(std::int16_t style, const std::string&) override {
+        if (style != kStyleNothing)
+            events.push_back(std::to_string(dispatch.nowMs()) + ":" + std::to_string(style) + ":" +
+                             tavo.getExternalText(15));
+    }
+    void showStartupBarker(bool) override {}
+    void DWErase() override {}
+
+    Tavo& tavo;
+    VirtualDispatch& dispatch;
+    std::vector<std::string> events;
+};
+
+const std::string kBlankBank = InL21().memoryText(1);
+
+// Pop-on "Hi" on row 15, every control pair doubled as broadcast.
+const std::string kPopOnHi =
+    "\x14\x20\x14\x20\x14\x70\x14\x70"
+    "Hi"
+    "\x14\x2F\x14\x2F";
+// Into roll-up, at row 15.
+const std::string kRollUpStart = "\x14\x25\x14\x25\x14\x70\x14\x70";
+const std::string kCR = "\x14\x2D\x14\x2D";
+
+struct L21SerialTest : ::testing::Test {
+    Rig rig;
+    Tavo& tavo = rig.tavo;
+    FakeSerialPort port{rig.dispatch};
+    InL21 memory;
+    RecordingL21SerialView view;
+    TimedDisplay display{rig.tavo, rig.dispatch};
+    std::unique_ptr<L21SerialInput> input;
+
+    L21SerialTest() {
+        rig.console();
+        tavo.frmOutDW = &display;
+        tavo.bOutDW = true;
+        input = std::make_unique<L21SerialInput>(tavo, memory, port, view);
+    }
+    // As the selection does it: the flag up first, then showForm.
+    void select() {
+        tavo.frmL21Serial = input.get();
+        tavo.bInL21Serial = true;
+        input->showForm();
+    }
+    void deliverAt(long long ms, const std::string& bytes) {
+        rig.dispatch.postAt(ms, [this, bytes] { port.deliver(bytes); });
+    }
+    void closeAt(long long ms) {
+        rig.dispatch.postAt(ms, [this] { input->cmdPortOpen_Click(); });
+    }
+    int markers(const char* text) const {
+        const std::string& pane = rig.shell.view.read.text();
+        int n = 0;
+        for (auto at = pane.find(text); at != std::string::npos; at = pane.find(text, at + 1)) ++n;
+        return n;
+    }
+};
+
+// showForm in its order, with the stored section and channel CC1; the port
+// doesn't open, so there is one message, no capture, and the window stays.
+TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays) {
+    rig.store.set("L21Port", "baud", "9600");
+    memory.iChannel = 5;
+    port.failNextOpen("No such file or directory");
+    view.log.clear();
+    select();  // returns: no capture loop to stay in
+    EXPECT_EQ(view.log, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
+                             "box:Couldn't open port.|No such file or directory"}));
+    EXPECT_EQ(memory.iChannel, 0);
+    EXPECT_EQ(tavo.InputFilterType, 1);
+    EXPECT_EQ(markers("START CAPTURE"), 0);
+    EXPECT_TRUE(view.visible);
+    EXPECT_EQ(view.openCaption, kCaptionOpen);
+    EXPECT_EQ(view.dm, kBlankBank);  // the panes show the memory all the same
+}
+
+// Bytes already on the ring from before are dropped when the port opens; what
+// the box sends goes through the capture loop into the caption memory and
+// the panes, and the history panes see it.
+TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop) {
+    rig.queue(
+        "\x14\x2C"
+        "stale");
+    rig.dispatch.postAt(50, [this] { EXPECT_EQ(view.openCaption, kCaptionClose); });
+    deliverAt(100, kPopOnHi.substr(0, 9));
+    deliverAt(200, kPopOnHi.substr(9));
+    closeAt(1000);
+    select();  // returns when the close stops capture
+    EXPECT_EQ(input->getExternalText(15), "Hi");
+    EXPECT_NE(view.dm.find("Hi"), std::string::npos);
+    EXPECT_EQ(display.events, (std::vector<std::string>{"200:1:Hi"}));
+    EXPECT_EQ(rig.shell.view.read.text().find("stale"), std::string::npos);
+    EXPECT_EQ(markers("END CAPTURE"), 1);
+}
+
+// The first roll-up line waits for its CR, since the timer isn't running yet.
+// From the first finished line on, a pause ends a partial line 5 seconds after
+// the last line with text ended. A silent stream then changes nothing, however
+// often the timer fires.
+TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
+    deliverAt(100, kRollUpStart + "AB");
+    deliverAt(10000, kCR);
+    deliverAt(11000, "CD");
+    deliverAt(12000, kCR);
+    deliverAt(13000, "EF");
+    std::string memoryOnceSilent;
+    rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
+    closeAt(60000);
+    select();
+    EXPECT_EQ(display.events, (std::vector<std::string>{"10000:3:AB", "12000:3:CD", "17000:3:EF"}));
+    EXPECT_EQ(memory.dump(), memoryOnceSilent);
+    // The pair is counted and shown like received bytes.
+    EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);
+}
+
+// Selecting the board filter while this one captures: the stop goes up, this
+// window stops its flush timer, closes its port and saves its section, and the
+// old loop ends once the handler has returned to it. No flush pair is queued
+// for the board filter, which wouldn't reset the ring.
+TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {
+    deliverAt(100, kRollUpStart + "AB" + kCR);
+    rig.dispatch.postAt(300, [this] { port.setBaud(4800); });
+    bool closedBeforeTheNextShows = false;
+    rig.shell.onMake = [&](FilterKind, testing::FakeFilter&) {
+        closedBeforeTheNextShows = !port.openState() && tavo.bStopCapture && !view.visible;
+    };
+    rig.dispatch.postAt(1000, [this] { rig.console().obIFL21USB_Click(); });
+    select();
+    EXPECT_TRUE(closedBeforeTheNextShows);
+    EXPECT_TRUE(tavo.bInL21USB);
+    EXPECT_EQ(markers("END CAPTURE"), 1);
+    EXPECT_EQ(rig.store.get("L21Port", "baud", ""), "4800");
+    EXPECT_EQ(memory.view, nullptr);
+
+    const std::int32_t counted = tavo.totalChars;
+    rig.dispatch.advance(30000);
+    EXPECT_EQ(tavo.totalChars, counted);
+}
+
+// The device goes away mid-capture: one message that doesn't hold the program
+// up, capture ends, and pressing Open later starts again.
+TEST_F(L21SerialTest, VanishedDeviceIsToldOnceAndOpenStartsAgain) {
+    deliverAt(100, kPopOnHi);
+    rig.dispatch.postAt(500, [this] { port.vanish("The device went away"); });
+    select();  // the loss ended capture
+    rig.dispatch.yield();
+    EXPECT_EQ(view.log.back(), "alert:" + std::string(kPortLost));
+    EXPECT_EQ(std::count(view.log.begin(), view.log.end(), view.log.back()), 1);
+    EXPECT_EQ(view.openCaption, kCaptionOpen);
+
+    const long long now = rig.dispatch.nowMs();
+    deliverAt(now + 100, "\x14\x2C\x14\x2C");  // EDM
+    closeAt(now + 200);
+    input->cmdPortOpen_Click();
+    EXPECT_EQ(input->getExternalText(15), "");
+    EXPECT_EQ(markers("START CAPTURE"), 2);
+}
+
+// A whole recorded broadcast, one caption line at a time through the port:
+// the memory ends as a direct decode of the same bytes. Null padding never
+// reaches the decoder, so the reference skips it too.
+TEST_F(L21SerialTest, RecordedBroadcastArrivesWhole) {
+    const auto lines = testing::readScc(ZELVAN_SAMPLES_DIR "/news-2018-12-17-popon.scc");
+    ASSERT_GT(lines.size(), 1000u);
+    InL21 reference;
+    std::string out;
+    long long at = 100;
+    for (const testing::SccLine& line : lines) {
+        deliverAt(at += 100, line.bytes);
+        for (char c : line.bytes)
+            if (c != '\0') reference.FilterL21(std::string(1, c), out);
+    }
+    closeAt(at + 100);
+    select();
+    EXPECT_EQ(memory.dump(), reference.dump());
+}
+
+}  // namespace
+}  // namespace zelvan

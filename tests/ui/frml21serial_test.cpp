@@ -1,0 +1,202 @@
+// The line-21 decoder window as built, on a pseudo-terminal for the decoder
+// box: a caption written into the line lands in the caption memory and on
+// screen, a box that goes away is told once without stopping the program,
+// the rulers sit on the panes' character grid, and the window keeps its shape.
+
+#include <pty.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QTextBlock>
+#include <QTimer>
+#include <functional>
+
+#include "line21/frml21serial.h"
+#include "platform/devicemap.h"
+#include "platform/qtdispatch.h"
+#include "platform/qtext.h"
+#include "support/fakes.h"
+
+namespace zelvan {
+namespace {
+
+// The decoder box's end of the line.
+struct Pty {
+    int master = -1;
+    std::string slave;
+    Pty() {
+        int slaveFd = -1;
+        char name[128] = {};
+        if (::openpty(&master, &slaveFd, name, nullptr, nullptr) != 0) return;
+        ::close(slaveFd);
+        slave = name;
+    }
+    ~Pty() { hangUp(); }
+    void hangUp() {
+        if (master >= 0) ::close(master);
+        master = -1;
+    }
+    void send(const std::string& bytes) const {
+        ASSERT_EQ(::write(master, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    }
+};
+
+int visibleMessageBoxes() {
+    int n = 0;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (qobject_cast<QMessageBox*>(w) && w->isVisible()) ++n;
+    return n;
+}
+
+void closeMessageBoxes() {
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* box = qobject_cast<QMessageBox*>(w)) box->close();
+}
+
+struct FrmL21SerialTest : ::testing::Test {
+    QtDispatch dispatch;
+    MemorySettingsStore store;
+    testing::RecordingTone tone;
+    testing::Log log;
+    testing::FakeShell shell{log};
+    Tavo tavo{dispatch, store, tone};
+    InL21 memory;
+    Pty pty;
+    std::unique_ptr<frmL21Serial> window;
+
+    void SetUp() override {
+        ASSERT_FALSE(pty.slave.empty());
+        setDevicePath(store, 1, pty.slave);
+        // A pty takes neither seven data bits nor parity.
+        store.set("L21Port", "parity", "0");
+        store.set("L21Port", "databits", "8");
+        window = std::make_unique<frmL21Serial>(tavo, memory, shell);
+        tavo.frmL21Serial = window.get();
+        tavo.bInL21Serial = true;
+    }
+    void TearDown() override { closeMessageBoxes(); }
+
+    // Runs showForm, which captures until `step` (called every 10 ms inside
+    // the loop) returns true or 3 seconds pass; then the port is closed.
+    void captureUntil(const std::function<bool()>& step) {
+        QElapsedTimer clock;
+        clock.start();
+        QTimer tick;
+        QObject::connect(&tick, &QTimer::timeout, [&] {
+            if (tavo.captureDepth == 0) return;
+            if (step() || clock.elapsed() > 3000) {
+                tick.stop();
+                if (window->input().link().isPortOpen()) window->input().cmdPortOpen_Click();
+                tavo.bStopCapture = true;
+            }
+        });
+        tick.start(10);
+        window->showForm();
+    }
+    // A bank as its pane holds it: lines end in LF there.
+    QString shown(std::int16_t bank) const {
+        return toQString(memory.memoryText(bank))
+            .replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    }
+    static QPoint charAt(QPlainTextEdit* edit, int line, int column, QWidget* in) {
+        QTextCursor c(edit->document()->findBlockByNumber(line));
+        c.setPosition(c.block().position() + column);
+        return edit->viewport()->mapTo(in, edit->cursorRect(c).topLeft());
+    }
+};
+
+TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
+    QString captionWhileOpen;
+    bool sent = false;
+    captureUntil([&] {
+        captionWhileOpen = window->cmdPortOpen->text();
+        if (!sent)
+            pty.send(
+                "\x14\x20\x14\x20\x14\x70\x14\x70"
+                "Hi"
+                "\x14\x2F\x14\x2F");
+        sent = true;
+        return memory.getExternalTextL21(15) == "Hi";
+    });
+    EXPECT_EQ(memory.getExternalTextL21(15), "Hi");
+    EXPECT_EQ(captionWhileOpen, QStringLiteral("Close"));
+    EXPECT_EQ(window->rtbDM->toPlainText().split(u'\n').at(14),
+              QStringLiteral("Hi") + QString(30, u' '));
+    EXPECT_EQ(window->rtbDM->toPlainText(), shown(memory.iDM));
+    EXPECT_EQ(window->rtbNM->toPlainText(), shown(memory.iNM));
+    QApplication::processEvents();
+    EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Open"));
+}
+
+TEST_F(FrmL21SerialTest, BoxThatGoesAwayIsToldOnceAndTheProgramGoesOn) {
+    bool hungUp = false;
+    captureUntil([&] {
+        if (!hungUp && window->cmdPortOpen->text() == QStringLiteral("Close")) {
+            pty.hangUp();
+            hungUp = true;
+        }
+        return false;  // the loss itself has to end capture
+    });
+    ASSERT_TRUE(hungUp);
+    EXPECT_EQ(visibleMessageBoxes(), 1);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Open"));
+    EXPECT_EQ(tavo.captureDepth, 0);
+}
+
+// Character n of the column ruler stands over column n of the pane, and row n
+// of the row ruler beside row n; a full pane needs no scrolling.
+TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
+    window->input().cmdFillDM_Click();
+    window->input().cmdShowDM_Click();
+    window->show();
+    QApplication::processEvents();
+    auto* columns = window->findChild<QPlainTextEdit*>(QStringLiteral("rtbDMColumns"));
+    auto* rows = window->findChild<QPlainTextEdit*>(QStringLiteral("rtbDMRows"));
+    ASSERT_TRUE(columns && rows);
+    QPlainTextEdit* pane = window->rtbDM;
+    for (int col : {0, 9, 31}) {
+        EXPECT_EQ(charAt(columns, 1, col, window.get()).x(), charAt(pane, 0, col, window.get()).x())
+            << col;
+    }
+    for (int row : {0, 9, 14})
+        EXPECT_EQ(charAt(rows, row, 0, window.get()).y(), charAt(pane, row, 0, window.get()).y())
+            << row;
+    EXPECT_EQ(columns->toPlainText().split(u'\n').at(1),
+              QStringLiteral("12345678901234567890123456789012"));
+    EXPECT_EQ(rows->toPlainText().split(u'\n').last(), QStringLiteral("15"));
+    EXPECT_EQ(pane->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(pane->verticalScrollBar()->maximum(), 0);
+    const QRect paneBox(pane->mapTo(window.get(), QPoint(0, 0)), pane->size());
+    EXPECT_TRUE(window->rect().contains(paneBox));
+}
+
+TEST_F(FrmL21SerialTest, WindowKeepsItsShapeRefusesToCloseAndTakesF1) {
+    EXPECT_EQ(window->minimumSize(), window->maximumSize());
+    for (QWidget* hidden : std::initializer_list<QWidget*>{
+             window->tbDial, window->cmdPortDial, window->cmdPortHangup, window->lblOpenPortDummy,
+             window->lbChannel, window->Command1})
+        EXPECT_TRUE(hidden->isHidden()) << hidden->objectName().toStdString();
+    window->show();
+    QCloseEvent close;
+    QApplication::sendEvent(window.get(), &close);
+    EXPECT_FALSE(close.isAccepted());
+    auto* f1 = window->findChild<QShortcut*>();
+    ASSERT_TRUE(f1 && f1->key() == QKeySequence(Qt::Key_F1));
+    emit f1->activated();
+    EXPECT_EQ(log.back(), "help");
+}
+
+}  // namespace
+}  // namespace zelvan
