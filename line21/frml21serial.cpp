@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -298,12 +299,20 @@ void frmL21Serial::setNMText(const std::string& text) {
     setPaneText(rtbNM, m_nmText, text);
 }
 
-// The decoder refreshes both panes at every byte of the active channel; a pane
-// whose text hasn't changed is left alone, which spares its layout.
-void frmL21Serial::setPaneText(QPlainTextEdit* pane, std::string& shown, const std::string& text) {
-    if (text == shown) return;
-    shown = text;
-    pane->setPlainText(toQString(text));
+// The decoder refreshes both panes at every byte of the active channel. A pane
+// takes the latest text at the next turn of the event loop, once the burst is
+// decoded and its frames are out, and only if the text changed: laying out a
+// pane at every byte would hold up the captions.
+void frmL21Serial::setPaneText(QPlainTextEdit* pane, PaneText& text, const std::string& wanted) {
+    text.wanted = wanted;
+    if (text.scheduled) return;
+    text.scheduled = true;
+    QTimer::singleShot(0, pane, [pane, &text] {
+        text.scheduled = false;
+        if (text.wanted == text.shown) return;
+        text.shown = text.wanted;
+        pane->setPlainText(toQString(text.shown));
+    });
 }
 
 void frmL21Serial::showChannel(std::int16_t index) {

@@ -86,7 +86,11 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     void layOutControls();
     void bindControls();
     void cmdPortSetup_Click();
-    static void setPaneText(QPlainTextEdit* pane, std::string& shown, const std::string& text);
+    struct PaneText {
+        std::string shown, wanted;
+        bool scheduled = false;
+    };
+    void setPaneText(QPlainTextEdit* pane, PaneText& text, const std::string& wanted);
 
     Shell& m_shell;
     // The port outlives the link inside the logic, which unhooks its events.
@@ -94,8 +98,8 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     std::unique_ptr<L21SerialInput> m_input;
     // Writes into the link of m_input, so it goes first.
     std::unique_ptr<frmSerialConfig> m_setup;
-    // What the panes show, to skip a refresh that changes nothing.
-    std::string m_dmText, m_nmText;
+    // What the panes show and are to show at the next turn of the event loop.
+    PaneText m_dmText, m_nmText;
 };
 
 }  // namespace zelvan

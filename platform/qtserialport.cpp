@@ -60,7 +60,12 @@ std::string permissionAdvice(const QByteArray& path) {
 
 QtSerialPort::QtSerialPort(EventDispatch& dispatch, SettingsStore& store, QWidget* dialogParent)
     : m_dispatch(dispatch), m_store(store), m_dialogParent(dialogParent) {
-    connect(&m_serial, &QSerialPort::readyRead, this, [this] { postReceive(); });
+    // readyRead itself arrives inside a yield, so the receive event runs at
+    // once: the bytes are on the ring before the yield returns, and the drain
+    // that follows sends their frames before any window repaints.
+    connect(&m_serial, &QSerialPort::readyRead, this, [this] {
+        if (rxThreshold() >= 1 && onReceive) onReceive();
+    });
     connect(&m_serial, &QSerialPort::errorOccurred, this,
             [this](QSerialPort::SerialPortError e) { onError(e); });
     m_carrierPoll.setInterval(kCarrierPollMs);
@@ -115,13 +120,12 @@ void QtSerialPort::open() {
         m_serial.clearError();
         return;
     }
-    if (const std::string why = applySettings(); !why.empty()) {
-        m_serial.close();
-        m_serial.clearError();
-        setLastError(why);
-        return;
-    }
-    setLastError({});
+    // A device that refuses a setting still carries bytes (a pseudo-terminal
+    // has no character size, and a decoder box's 7 data bits arrive as bytes
+    // with bit 7 clear anyway), so the port stays open with what it took and
+    // lastError names what was refused.
+    setLastError(applySettings());
+    m_serial.clearError();
     eventsChanged();
     postState();
 }
@@ -149,18 +153,20 @@ std::string QtSerialPort::describeOpenFailure() const {
 // Names the first setting the device refuses, so the operator knows which to
 // change (a USB adapter may not take 5 data bits, a plain tty no parity).
 std::string QtSerialPort::applySettings() {
-    const std::string prefix = m_device + ": the device can't take ";
+    std::string refused;
+    const auto refuse = [&](const std::string& what) {
+        refused += (refused.empty() ? m_device + ": the device can't take " : ", ") + what;
+    };
     if (databits() < 5 || databits() > 8 ||
         !m_serial.setDataBits(static_cast<QSerialPort::DataBits>(databits())))
-        return prefix + std::to_string(databits()) + " data bits.";
-    if (!m_serial.setBaudRate(baud())) return prefix + std::to_string(baud()) + " baud.";
+        refuse(std::to_string(databits()) + " data bits");
+    if (!m_serial.setBaudRate(baud())) refuse(std::to_string(baud()) + " baud");
     if (!m_serial.setParity(toQtParity(parity())))
-        return prefix + "parity setting " + std::to_string(parity()) + ".";
+        refuse("parity setting " + std::to_string(parity()));
     if (!m_serial.setStopBits(toQtStopBits(stopbits())))
-        return prefix + "stop bits setting " + std::to_string(stopbits()) + ".";
-    if (!m_serial.setFlowControl(QSerialPort::NoFlowControl))
-        return prefix + "a line without flow control.";
-    return {};
+        refuse("stop bits setting " + std::to_string(stopbits()));
+    if (!m_serial.setFlowControl(QSerialPort::NoFlowControl)) refuse("a line without flow control");
+    return refused.empty() ? refused : refused + ".";
 }
 
 // A new setting reaches an open port at once; a new port number waits for the
@@ -219,6 +225,9 @@ std::uint8_t QtSerialPort::readByte() {
 void QtSerialPort::write(const std::string& bytes) {
     if (!m_serial.isOpen() || bytes.empty()) return;
     m_serial.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    // Out now, not at the next turn of the event loop, which may first repaint
+    // every window: a frame must not wait behind the screen.
+    m_serial.flush();
 }
 
 void QtSerialPort::setupDialog() {

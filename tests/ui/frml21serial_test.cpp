@@ -131,6 +131,7 @@ TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     });
     EXPECT_EQ(memory.getExternalTextL21(15), "Hi");
     EXPECT_EQ(captionWhileOpen, QStringLiteral("Close"));
+    QApplication::processEvents();  // the panes follow at the next turn
     EXPECT_EQ(window->rtbDM->toPlainText().split(u'\n').at(14),
               QStringLiteral("Hi") + QString(30, u' '));
     EXPECT_EQ(window->rtbDM->toPlainText(), shown(memory.iDM));
