@@ -3,7 +3,11 @@
 // the sign's. Starts the real program (on the display that is set, so run it
 // under xvfb-run to have the windows up; see pty_latency.sh).
 //
-// usage: bench_pty_latency PROGRAM [CAPTIONS]
+// usage: bench_pty_latency PROGRAM [CAPTIONS] [GAP_MS]
+//
+// GAP_MS is the pause between one caption's last frame and the next caption
+// (default 100; a showing has seconds between captions). With 0 each caption
+// also waits for the windows to show the one before it.
 
 #include <algorithm>
 #include <cstdio>
@@ -32,10 +36,11 @@ double percentile(std::vector<double> v, double p) {
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fprintf(stderr, "usage: %s PROGRAM [CAPTIONS]\n", argv[0]);
+        std::fprintf(stderr, "usage: %s PROGRAM [CAPTIONS] [GAP_MS]\n", argv[0]);
         return 2;
     }
     const int captions = argc > 2 ? std::atoi(argv[2]) : 500;
+    const int gapMs = argc > 3 ? std::atoi(argv[3]) : 100;
     ProgramRig rig(argv[1], "", std::getenv("DISPLAY") == nullptr);
     if (!rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 30000)) {
         std::fprintf(stderr, "the program never opened the decoder port\n");
@@ -47,6 +52,7 @@ int main(int argc, char** argv) {
     for (int i = 0; i < captions; ++i) {
         char text[40];
         std::snprintf(text, sizeof text, "Caption number %04d", i);
+        rig.waitUntil([] { return false; }, gapMs);
         const std::size_t before = rig.signBytes.size();
         rig.sendToBox(popOnCaption(text));
         const auto sent = ProgramRig::Clock::now();
@@ -63,7 +69,8 @@ int main(int argc, char** argv) {
         }
         ms.push_back(std::chrono::duration<double, std::milli>(last - sent).count());
     }
-    std::printf("captions: %d  median: %.3f ms  p99: %.3f ms  max: %.3f ms\n", captions,
-                percentile(ms, 0.5), percentile(ms, 0.99), *std::max_element(ms.begin(), ms.end()));
+    std::printf("captions: %d  gap: %d ms  median: %.3f ms  p99: %.3f ms  max: %.3f ms\n", captions,
+                gapMs, percentile(ms, 0.5), percentile(ms, 0.99),
+                *std::max_element(ms.begin(), ms.end()));
     return 0;
 }

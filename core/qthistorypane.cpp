@@ -15,6 +15,10 @@ namespace {
 // of the pane's width keep each insert cheap.
 constexpr int kLineWidth = 56;
 
+// A moment after the burst: long enough that a turn ended early by a null
+// byte drains the rest of its caption before the widget takes the text.
+constexpr int kRefreshMs = 2;
+
 }  // namespace
 
 QtHistoryPane::QtHistoryPane(QWidget* parent) : m_edit(new QPlainTextEdit(parent)) {
@@ -23,9 +27,8 @@ QtHistoryPane::QtHistoryPane(QWidget* parent) : m_edit(new QPlainTextEdit(parent
     m_edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 }
 
-// The capture loop drains a whole burst in one turn; the widget takes the
-// burst at the next turn of the event loop, in one edit, so that a caption's
-// frames never wait for the pane's layout.
+// The capture loop drains a burst in one turn; the widget takes it a moment
+// later in one edit, so a caption's frames never wait for the layout.
 void QtHistoryPane::insertText(const std::string& bytes) {
     if (m_pending.empty() || !(m_pending.back().color == m_color))
         m_pending.push_back({m_color, {}});
@@ -49,7 +52,7 @@ void QtHistoryPane::clear() {
 void QtHistoryPane::scheduleFlush() {
     if (m_flushScheduled) return;
     m_flushScheduled = true;
-    QTimer::singleShot(0, m_edit, [this] { flush(); });
+    QTimer::singleShot(kRefreshMs, m_edit, [this] { flush(); });
 }
 
 void QtHistoryPane::flush() {

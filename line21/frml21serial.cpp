@@ -300,14 +300,16 @@ void frmL21Serial::setNMText(const std::string& text) {
 }
 
 // The decoder refreshes both panes at every byte of the active channel. A pane
-// takes the latest text at the next turn of the event loop, once the burst is
+// takes the latest text a moment later (kPaneRefreshMs), once the burst is
 // decoded and its frames are out, and only if the text changed: laying out a
 // pane at every byte would hold up the captions.
+constexpr int kPaneRefreshMs = 2;
+
 void frmL21Serial::setPaneText(QPlainTextEdit* pane, PaneText& text, const std::string& wanted) {
     text.wanted = wanted;
     if (text.scheduled) return;
     text.scheduled = true;
-    QTimer::singleShot(0, pane, [pane, &text] {
+    QTimer::singleShot(kPaneRefreshMs, pane, [pane, &text] {
         text.scheduled = false;
         if (text.wanted == text.shown) return;
         text.shown = text.wanted;
