@@ -116,6 +116,13 @@ struct FrmL21SerialTest : ::testing::Test {
     }
 };
 
+// The panes take new text a moment after the decoder offers it.
+void panesFollow() {
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < 100) QApplication::processEvents();
+}
+
 TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     QString captionWhileOpen;
     bool sent = false;
@@ -131,7 +138,7 @@ TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     });
     EXPECT_EQ(memory.getExternalTextL21(15), "Hi");
     EXPECT_EQ(captionWhileOpen, QStringLiteral("Close"));
-    QApplication::processEvents();  // the panes follow at the next turn
+    panesFollow();
     EXPECT_EQ(window->rtbDM->toPlainText().split(u'\n').at(14),
               QStringLiteral("Hi") + QString(30, u' '));
     EXPECT_EQ(window->rtbDM->toPlainText(), shown(memory.iDM));
@@ -162,7 +169,7 @@ TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
     window->input().cmdFillDM_Click();
     window->input().cmdShowDM_Click();
     window->show();
-    QApplication::processEvents();
+    panesFollow();
     auto* columns = window->findChild<QPlainTextEdit*>(QStringLiteral("rtbDMColumns"));
     auto* rows = window->findChild<QPlainTextEdit*>(QStringLiteral("rtbDMRows"));
     ASSERT_TRUE(columns && rows);
