@@ -168,8 +168,11 @@ void frmTavo::formLoad() {
 }
 
 // A menu selection sets the option button as a click would, then runs the
-// same handler; the signal is held so that the handler runs once.
+// same handler; the signal is held so that the handler runs once. Like a click
+// on a set option button, choosing the filter that is already selected does
+// nothing: a second window would find its port taken by the first.
 void frmTavo::selectFromMenu(FilterKind kind) {
+    if (m_tavo.flag(kind)) return;
     showFilterOption(kind);
     m_console.select(kind);
 }
