@@ -10,6 +10,7 @@
 #include "line21/l21serialinput.h"
 #include "platform/fakeserialport.h"
 #include "support/fakes.h"
+#include "support/l21fakes.h"
 #include "support/sccreader.h"
 
 namespace zelvan {
@@ -71,11 +72,7 @@ struct TimedDisplay : DisplayOutput {
 
 const std::string kBlankBank = InL21().memoryText(1);
 
-// Pop-on "Hi" on row 15, every control pair doubled as broadcast.
-const std::string kPopOnHi =
-    "\x14\x20\x14\x20\x14\x70\x14\x70"
-    "Hi"
-    "\x14\x2F\x14\x2F";
+const std::string kPopOnHi = testing::popOnCaption("Hi");
 // Into roll-up, at row 15.
 const std::string kRollUpStart = "\x14\x25\x14\x25\x14\x70\x14\x70";
 const std::string kCR = "\x14\x2D\x14\x2D";

@@ -41,6 +41,21 @@ class FakeL21View : public L21View {
     std::function<void()> onFlush;
 };
 
+// A line-21 byte pair, as a decoder box delivers it.
+inline std::string l21Pair(int first, int second) {
+    return {static_cast<char>(first), static_cast<char>(second)};
+}
+
+// A pop-on caption on row 15: load, place, text, and the flip; each control
+// pair doubled as broadcast.
+inline std::string popOnCaption(const std::string& text) {
+    std::string s;
+    for (int code : {0x20, 0x2E, 0x70}) s += l21Pair(0x14, code) + l21Pair(0x14, code);
+    s += text;
+    if (text.size() % 2) s += '\0';  // text goes in pairs; a null pads the last
+    return s + l21Pair(0x14, 0x2F) + l21Pair(0x14, 0x2F);
+}
+
 // The style of each byte of `bytes`, in order.
 inline std::vector<std::int16_t> feedL21(InL21& memory, const std::string& bytes) {
     std::vector<std::int16_t> styles;
