@@ -52,24 +52,6 @@ struct RecordingL21SerialView : L21SerialView {
     bool visible = false;
 };
 
-// The display output, recording when each style came and row 15 at that time.
-struct TimedDisplay : DisplayOutput {
-    TimedDisplay(Tavo& tavo, VirtualDispatch& dispatch) : tavo(tavo), dispatch(dispatch) {}
-    void showForm() override {}
-    void hideForm() override {}
-    void doInput(std::int16_t style, const std::string&) override {
-        if (style != kStyleNothing)
-            events.push_back(std::to_string(dispatch.nowMs()) + ":" + std::to_string(style) + ":" +
-                             tavo.getExternalText(15));
-    }
-    void showStartupBarker(bool) override {}
-    void DWErase() override {}
-
-    Tavo& tavo;
-    VirtualDispatch& dispatch;
-    std::vector<std::string> events;
-};
-
 const std::string kBlankBank = InL21().memoryText(1);
 
 const std::string kPopOnHi = testing::popOnCaption("Hi");
@@ -83,11 +65,12 @@ struct L21SerialTest : ::testing::Test {
     FakeSerialPort port{rig.dispatch};
     InL21 memory;
     RecordingL21SerialView view;
-    TimedDisplay display{rig.tavo, rig.dispatch};
+    testing::CaptionRecorder display{rig.tavo};
     std::unique_ptr<L21SerialInput> input;
 
     L21SerialTest() {
         rig.console();
+        display.stamp = [this] { return std::to_string(rig.dispatch.nowMs()) + ":"; };
         tavo.frmOutDW = &display;
         tavo.bOutDW = true;
         input = std::make_unique<L21SerialInput>(tavo, memory, port, view);
@@ -144,7 +127,7 @@ TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop)
     select();  // returns when the close stops capture
     EXPECT_EQ(input->getExternalText(15), "Hi");
     EXPECT_NE(view.dm.find("Hi"), std::string::npos);
-    EXPECT_EQ(display.events, (std::vector<std::string>{"200:1:Hi"}));
+    EXPECT_EQ(display.captions, (std::vector<std::string>{"200:1: 15[Hi]"}));
     EXPECT_EQ(rig.shell.view.read.text().find("stale"), std::string::npos);
     EXPECT_EQ(markers("END CAPTURE"), 1);
 }
@@ -163,7 +146,8 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
     closeAt(60000);
     select();
-    EXPECT_EQ(display.events, (std::vector<std::string>{"10000:3:AB", "12000:3:CD", "17000:3:EF"}));
+    EXPECT_EQ(display.captions,
+              (std::vector<std::string>{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
     EXPECT_EQ(memory.dump(), memoryOnceSilent);
     // The pair is counted and shown like received bytes.
     EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);

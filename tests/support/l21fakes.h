@@ -64,10 +64,4 @@ inline std::vector<std::int16_t> feedL21(InL21& memory, const std::string& bytes
     return styles;
 }
 
-// The style of the last byte of `bytes`.
-inline std::int16_t feedL21Last(InL21& memory, const std::string& bytes) {
-    std::vector<std::int16_t> styles = feedL21(memory, bytes);
-    return styles.empty() ? std::int16_t{0} : styles.back();
-}
-
 }  // namespace zelvan::testing
