@@ -11,6 +11,7 @@
 #include "platform/fakeserialport.h"
 #include "support/fakes.h"
 #include "support/l21fakes.h"
+#include "support/recordinglinkview.h"
 #include "support/sccreader.h"
 
 namespace zelvan {
@@ -19,36 +20,22 @@ namespace {
 using testing::Log;
 using testing::Rig;
 
-// The window as the logic sees it, recorded: one log of what it was asked in
-// order, and what its panes and captions show now.
-struct RecordingL21SerialView : L21SerialView {
-    void messageBox(const std::string& text, const std::string& detail) override {
-        log.push_back("box:" + text + "|" + detail);
-    }
-    void alert(const std::string& text, const std::string&) override {
-        log.push_back("alert:" + text);
-    }
-    void setOpenCaption(const std::string& c) override { openCaption = c; }
-    void setSetupCaption(const std::string& t) override { log.push_back("setup:" + t); }
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-    void placeWindow() override { log.push_back("place"); }
+// The window as the logic sees it, recorded: what it was asked in order, and
+// what its panes show now.
+struct RecordingL21SerialView : testing::RecordingLinkViewOf<L21SerialView> {
+    void placeWindow() override { calls.push_back("place"); }
     void showWindow() override {
-        log.push_back("show");
+        calls.push_back("show");
         visible = true;
     }
-    void hideWindow() override {
-        log.push_back("hide");
-        visible = false;
-    }
+    void hideWindow() override { visible = false; }
     void setDMText(const std::string& text) override { dm = text; }
     void setNMText(const std::string& text) override { nm = text; }
     void showChannel(std::int16_t index) override {
-        log.push_back("channel:" + std::to_string(index));
+        calls.push_back("channel:" + std::to_string(index));
     }
 
-    Log log;
-    std::string openCaption = kCaptionOpen, dm, nm;
+    std::string dm, nm;
     bool visible = false;
 };
 
@@ -101,10 +88,10 @@ TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays)
     rig.store.set("L21Port", "baud", "9600");
     memory.iChannel = 5;
     port.failNextOpen("No such file or directory");
-    view.log.clear();
+    view.calls.clear();
     select();  // returns: no capture loop to stay in
-    EXPECT_EQ(view.log, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
-                             "box:Couldn't open port.|No such file or directory"}));
+    EXPECT_EQ(view.calls, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
+                               "box:Couldn't open port.|No such file or directory"}));
     EXPECT_EQ(memory.iChannel, 0);
     EXPECT_EQ(tavo.InputFilterType, 1);
     EXPECT_EQ(markers("START CAPTURE"), 0);
@@ -184,8 +171,8 @@ TEST_F(L21SerialTest, VanishedDeviceIsToldOnceAndOpenStartsAgain) {
     rig.dispatch.postAt(500, [this] { port.vanish("The device went away"); });
     select();  // the loss ended capture
     rig.dispatch.yield();
-    EXPECT_EQ(view.log.back(), "alert:" + std::string(kPortLost));
-    EXPECT_EQ(std::count(view.log.begin(), view.log.end(), view.log.back()), 1);
+    ASSERT_EQ(view.alerts.size(), 1u);
+    EXPECT_EQ(view.alerts[0].rfind(kPortLost, 0), 0u);
     EXPECT_EQ(view.openCaption, kCaptionOpen);
 
     const long long now = rig.dispatch.nowMs();

@@ -40,9 +40,12 @@ TEST_F(SettingsTest, SaveWritesSevenKeysInTextFormsThatComeBackAsTheyWere) {
     tavo.ExitDisplayTask = 0;
     tavo.saveSettings();
     EXPECT_EQ(rig.store.writes(), 7);
-    for (auto [key, text] : {std::pair{"BeepOnMessage", "True"}, {"DoStartupBarker", "False"},
-                             {"Obfuscate", "False"}, {"ObfuscateType", "-2"},
-                             {"InputFilterType", "3"}, {"ExitDisplayTask", "0"}})
+    for (auto [key, text] : {std::pair{"BeepOnMessage", "True"},
+                             {"DoStartupBarker", "False"},
+                             {"Obfuscate", "False"},
+                             {"ObfuscateType", "-2"},
+                             {"InputFilterType", "3"},
+                             {"ExitDisplayTask", "0"}})
         EXPECT_EQ(rig.store.get("General", key, ""), text) << key;
     EXPECT_EQ(tavo.barkerLineCount, 2) << "saving splits the caption again at once";
 

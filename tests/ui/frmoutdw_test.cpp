@@ -78,16 +78,16 @@ TEST_F(DisplayWindowTest, CaptionsReachTheSignAsFramesAndHideFormClosesTheLine) 
     EXPECT_FALSE(window->console().isPortOpen());
 }
 
-TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeWithItsBeep) {
+// The notice, its beep and the filter box's captions are the link's and the
+// console's; here the buttons have to reach them.
+TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeInTheWindow) {
     window->show();
     child<QPushButton>("cmdBright")->click();
     EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
-    EXPECT_EQ(tone.tones.size(), 2u);
     QCheckBox* filterBox = child<QCheckBox>("chkFilter");
     filterBox->click();
     EXPECT_FALSE(filterBox->isChecked());
     EXPECT_EQ(filterBox->text(), QStringLiteral("Start Filter"));
-    EXPECT_EQ(tone.tones.size(), 4u);
     EXPECT_TRUE(sign.take().empty());
 }
 
