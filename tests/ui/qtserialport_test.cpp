@@ -34,9 +34,7 @@ long cpuMs() {
            (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1000;
 }
 
-struct QtPortTest : ::testing::Test {
-    QtDispatch dispatch;
-    MemorySettingsStore store;
+struct QtPortTest : ::testing::Test, testing::QtRig {
     testing::PtyEnd pty;
     QtSerialPort port{dispatch, store};
     std::vector<std::int32_t> states;
@@ -156,8 +154,6 @@ TEST_F(QtPortTest, CarrierEventsOnALineWithoutModemPinsDoNoHarm) {
 // --- through a link, as the windows use it ---
 
 struct QtLinkTest : QtPortTest {
-    testing::RecordingTone tone;
-    Tavo tavo{dispatch, store, tone};
     testing::RecordingLinkView view;
 };
 
