@@ -1,5 +1,6 @@
-// The line-21 decoder, by behaviour: the caption modes, the flush timer, the
-// channel gate, repeated pairs, byte assembly and the write position at its limits.
+// The line-21 decoder, by behaviour: the caption modes, the channel gate,
+// repeated pairs, byte assembly and the write position at its limits. (The
+// flush timer is run by the decoder window's tests.)
 
 #include <gtest/gtest.h>
 
@@ -113,31 +114,6 @@ TEST_F(DecoderTest, EdmBlanksTheDisplayInEveryModeAndGoesToRow1) {
         EXPECT_FALSE(blank(m.iNM));
         EXPECT_EQ(m.iRow * 100 + m.iCol, 101);
     }
-}
-
-TEST_F(DecoderTest, FlushTimerEndsAPartialLineAfterFiveQuietSeconds) {
-    m.view = &window;
-    Styles flushStyles;
-    window.onFlush = [&] {
-        const Styles s = feedL21(m, kCR);
-        flushStyles.insert(flushStyles.end(), s.begin(), s.end());
-    };
-    feed(kRU2 + kRow15 + "one");
-    dispatch.advance(20000);
-    EXPECT_EQ(window.firings, 0) << "not started before the first finished line";
-    feed(kCR);
-    EXPECT_EQ(window.timer->interval(), 5000);
-    dispatch.advance(4000);
-    feed("two" + kCR);  // pushes the firing away
-    feed("th");
-    dispatch.advance(4999);
-    EXPECT_EQ(window.firings, 0);
-    dispatch.advance(1);
-    EXPECT_EQ(flushStyles, (Styles{0, 3}));
-    EXPECT_EQ(m.getExternalTextL21(15), "th");
-    dispatch.advance(15000);
-    EXPECT_EQ(window.firings, 4);
-    EXPECT_EQ(flushStyles, (Styles{0, 3, 0, 0, 0, 0, 0, 0})) << "silence makes no empty lines";
 }
 
 TEST_F(DecoderTest, GateDropsTextBeforeTheFirstCommandWithoutTouchingAnything) {

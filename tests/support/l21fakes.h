@@ -3,7 +3,6 @@
 // pane refreshes and owns a flush timer on virtual time, and a short way to
 // push a byte string through FilterL21.
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,15 +12,12 @@
 
 namespace zelvan::testing {
 
-// Records each refresh as "DM" or "NM" with the pane text it would show. The
-// flush timer, when it fires, queues a CR pair through the hook the test gives.
+// Records each refresh as "DM" or "NM" with the pane text it would show. Its
+// flush timer does nothing: the decoder window's tests run the real one.
 class FakeL21View : public L21View {
   public:
     FakeL21View(InL21& memory, VirtualDispatch& dispatch)
-        : memory(memory), timer(dispatch.makeTimer([this] {
-              ++firings;
-              if (onFlush) onFlush();
-          })) {}
+        : memory(memory), timer(dispatch.makeTimer([] {})) {}
 
     void cmdShowDM_Click() override {
         refreshes.push_back("DM");
@@ -37,8 +33,6 @@ class FakeL21View : public L21View {
     std::unique_ptr<Timer> timer;
     std::vector<std::string> refreshes;
     std::string rtbDM, rtbNM;
-    int firings = 0;
-    std::function<void()> onFlush;
 };
 
 // A line-21 byte pair, as a decoder box delivers it.
