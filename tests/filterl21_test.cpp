@@ -1,5 +1,6 @@
-// The line-21 decoder, by behaviour: the caption modes, the flush timer, the
-// channel gate, repeated pairs, byte assembly and the write position at its limits.
+// The line-21 decoder, by behaviour: the caption modes, the channel gate,
+// repeated pairs, byte assembly and the write position at its limits. (The
+// flush timer is run by the decoder window's tests.)
 
 #include <gtest/gtest.h>
 
@@ -115,31 +116,6 @@ TEST_F(DecoderTest, EdmBlanksTheDisplayInEveryModeAndGoesToRow1) {
     }
 }
 
-TEST_F(DecoderTest, FlushTimerEndsAPartialLineAfterFiveQuietSeconds) {
-    m.view = &window;
-    Styles flushStyles;
-    window.onFlush = [&] {
-        const Styles s = feedL21(m, kCR);
-        flushStyles.insert(flushStyles.end(), s.begin(), s.end());
-    };
-    feed(kRU2 + kRow15 + "one");
-    dispatch.advance(20000);
-    EXPECT_EQ(window.firings, 0) << "not started before the first finished line";
-    feed(kCR);
-    EXPECT_EQ(window.timer->interval(), 5000);
-    dispatch.advance(4000);
-    feed("two" + kCR);  // pushes the firing away
-    feed("th");
-    dispatch.advance(4999);
-    EXPECT_EQ(window.firings, 0);
-    dispatch.advance(1);
-    EXPECT_EQ(flushStyles, (Styles{0, 3}));
-    EXPECT_EQ(m.getExternalTextL21(15), "th");
-    dispatch.advance(15000);
-    EXPECT_EQ(window.firings, 4);
-    EXPECT_EQ(flushStyles, (Styles{0, 3, 0, 0, 0, 0, 0, 0})) << "silence makes no empty lines";
-}
-
 TEST_F(DecoderTest, GateDropsTextBeforeTheFirstCommandWithoutTouchingAnything) {
     m.view = &window;
     out = "left alone";
@@ -246,37 +222,50 @@ TEST_F(DecoderTest, PairsAreFoundByTheirFirstByteOnly) {
     EXPECT_TRUE(blank(m.iDM)) << "an empty call still runs the pending erase";
 }
 
-TEST_F(DecoderTest, ColumnStaysAt32AndTheLastCharacterThereWins) {
-    startAt(1);
-    feed(std::string(31, '.') + "abc");
-    EXPECT_EQ(row(2, 1), std::string(31, '.') + "c");
-    EXPECT_EQ(m.iRow * 100 + m.iCol, 132);
-    feed(kBS);
-    EXPECT_EQ(row(2, 1), std::string(30, '.') + " c");
-    EXPECT_EQ(m.iCol, 31);
-}
-
-TEST_F(DecoderTest, TabOffsetAddsOneToThreeColumnsUpTo32) {
-    const int cases[][3] = {{1, 0x21, 2},   {1, 0x23, 4},   {30, 0x23, 32}, {31, 0x21, 32},
-                            {31, 0x23, 32}, {32, 0x22, 32}, {5, 0x24, 5},   {5, 0x20, 5}};
-    for (const auto& [col, second, expected] : cases) {
+// Each case starts pop-on at row 1, column `col`, dots before it: text past
+// column 32 piles up there, a tab moves 1 to 3 columns up to 32, a backspace
+// stops at column 1, a mid-row code writes a blank, and an extended character
+// replaces the fallback before it, even one piled up on column 32.
+TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
+    const std::string dots30(30, '.');
+    const struct {
+        int col;
+        std::string stream, row;
+        int endCol;
+    } cases[] = {
+        {1, dots30 + ".abc", dots30 + ".c", 32},
+        {1, dots30 + ".abc" + kBS, dots30 + " c", 31},
+        {1, kBS, "", 1},
+        {1, "a" + kBS, "", 1},
+        {1, "a" + pair(0x11, 0x2E) + "b", "a b", 4},
+        {1, pair(0x13, 0x34), "\xDF", 2},
+        {1, pair(0x13, 0x34) + "cafe" + pair(0x12, 0x21) + "!",
+         "\xDF"
+         "caf\xC9!",
+         7},
+        {31, "a" + pair(0x12, 0x30), dots30 + "\xC0", 32},
+        {31, "a" + pair(0x12, 0x30) + "bc" + pair(0x12, 0x31), dots30 + "\xC0\xC2", 32},
+    };
+    for (const auto& c : cases) {
+        startAt(c.col);
+        feed(c.stream);
+        EXPECT_EQ(row(2, 1), c.row) << ::testing::PrintToString(c.stream);
+        EXPECT_EQ(m.iRow * 100 + m.iCol, 100 + c.endCol) << ::testing::PrintToString(c.stream);
+    }
+    const int tabs[][3] = {{1, 0x21, 2},   {1, 0x23, 4},   {30, 0x23, 32}, {31, 0x21, 32},
+                           {31, 0x23, 32}, {32, 0x22, 32}, {5, 0x24, 5},   {5, 0x20, 5}};
+    for (const auto& [col, second, expected] : tabs) {
         startAt(col);
         feed(pair(0x17, second));
         EXPECT_EQ(m.iCol, expected) << col << " + " << std::hex << second;
         EXPECT_EQ(row(2, 1), std::string(col - 1, '.'));
     }
-}
-
-TEST_F(DecoderTest, BackspaceAndMidRowCodeAtTheLeftEdge) {
     startAt(1);
-    feed(kBS);
-    EXPECT_EQ(m.iCol, 1);
     feed("a" + kBS);
-    EXPECT_EQ(m.iCol, 1);
-    EXPECT_EQ(row(2, 1), "");
     EXPECT_TRUE(m.memBank[1].rowUsed[0]) << "BS leaves rowUsed alone";
-    feed("a" + pair(0x11, 0x2E) + "b");
-    EXPECT_EQ(row(2, 1), "a b");
+    startAt(1);
+    feed(pair(0x13, 0x34));
+    EXPECT_EQ(out, "\xDF") << "an extended character at column 1 is offered as it is";
 }
 
 TEST_F(DecoderTest, RowCodesSetRowAndIndentAndWriteNothing) {
@@ -298,22 +287,6 @@ TEST_F(DecoderTest, RowCodesSetRowAndIndentAndWriteNothing) {
             EXPECT_EQ(m.memoryText(2), blankText);
         }
     }
-}
-
-TEST_F(DecoderTest, ExtendedCharacterReplacesTheFallbackBeforeIt) {
-    feed(kRCL + kRow1 + pair(0x13, 0x34));
-    EXPECT_EQ(row(2, 1), "\xDF") << "at column 1 it is stored and advances";
-    EXPECT_EQ(out, "\xDF");
-    feed("cafe" + pair(0x12, 0x21) + "!");
-    EXPECT_EQ(row(2, 1),
-              "\xDF"
-              "caf\xC9!");
-    startAt(31);
-    feed("a" + pair(0x12, 0x30));
-    EXPECT_EQ(row(2, 1), std::string(30, '.') + "\xC0") << "fallback on column 31";
-    feed("bc" + pair(0x12, 0x31));
-    EXPECT_EQ(row(2, 1), std::string(30, '.') + "\xC0\xC2") << "fallback piled on column 32";
-    EXPECT_EQ(m.iCol, 32);
 }
 
 }  // namespace

@@ -70,12 +70,5 @@ TEST(CaptionMemory, RowReadersStripTrailingOrBothEndsAndChangeNothing) {
     EXPECT_EQ(m.rowString(1, 2), "  Hi" + std::string(28, ' '));
 }
 
-TEST(CaptionMemory, DumpShowsStateRolesAndNonBlankRows) {
-    InL21 m;
-    writeRow(m, 2, 15, "Hi");
-    EXPECT_EQ(m.dump().substr(m.dump().find('\n') + 1),
-              "bank 1 (DM):\nbank 2 (NM):\n15|Hi" + std::string(30, ' ') + "|\n");
-}
-
 }  // namespace
 }  // namespace zelvan

@@ -10,6 +10,8 @@
 #include "line21/l21serialinput.h"
 #include "platform/fakeserialport.h"
 #include "support/fakes.h"
+#include "support/l21fakes.h"
+#include "support/recordinglinkview.h"
 #include "support/sccreader.h"
 
 namespace zelvan {
@@ -18,64 +20,28 @@ namespace {
 using testing::Log;
 using testing::Rig;
 
-// The window as the logic sees it, recorded: one log of what it was asked in
-// order, and what its panes and captions show now.
-struct RecordingL21SerialView : L21SerialView {
-    void messageBox(const std::string& text, const std::string& detail) override {
-        log.push_back("box:" + text + "|" + detail);
-    }
-    void alert(const std::string& text, const std::string&) override {
-        log.push_back("alert:" + text);
-    }
-    void setOpenCaption(const std::string& c) override { openCaption = c; }
-    void setSetupCaption(const std::string& t) override { log.push_back("setup:" + t); }
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-    void placeWindow() override { log.push_back("place"); }
+// The window as the logic sees it, recorded: what it was asked in order, and
+// what its panes show now.
+struct RecordingL21SerialView : testing::RecordingLinkViewOf<L21SerialView> {
+    void placeWindow() override { calls.push_back("place"); }
     void showWindow() override {
-        log.push_back("show");
+        calls.push_back("show");
         visible = true;
     }
-    void hideWindow() override {
-        log.push_back("hide");
-        visible = false;
-    }
+    void hideWindow() override { visible = false; }
     void setDMText(const std::string& text) override { dm = text; }
     void setNMText(const std::string& text) override { nm = text; }
     void showChannel(std::int16_t index) override {
-        log.push_back("channel:" + std::to_string(index));
+        calls.push_back("channel:" + std::to_string(index));
     }
 
-    Log log;
-    std::string openCaption = kCaptionOpen, dm, nm;
+    std::string dm, nm;
     bool visible = false;
-};
-
-// The display output, recording when each style came and row 15 at that time.
-struct TimedDisplay : DisplayOutput {
-    TimedDisplay(Tavo& tavo, VirtualDispatch& dispatch) : tavo(tavo), dispatch(dispatch) {}
-    void showForm() override {}
-    void hideForm() override {}
-    void doInput(std::int16_t style, const std::string&) override {
-        if (style != kStyleNothing)
-            events.push_back(std::to_string(dispatch.nowMs()) + ":" + std::to_string(style) + ":" +
-                             tavo.getExternalText(15));
-    }
-    void showStartupBarker(bool) override {}
-    void DWErase() override {}
-
-    Tavo& tavo;
-    VirtualDispatch& dispatch;
-    std::vector<std::string> events;
 };
 
 const std::string kBlankBank = InL21().memoryText(1);
 
-// Pop-on "Hi" on row 15, every control pair doubled as broadcast.
-const std::string kPopOnHi =
-    "\x14\x20\x14\x20\x14\x70\x14\x70"
-    "Hi"
-    "\x14\x2F\x14\x2F";
+const std::string kPopOnHi = testing::popOnCaption("Hi");
 // Into roll-up, at row 15.
 const std::string kRollUpStart = "\x14\x25\x14\x25\x14\x70\x14\x70";
 const std::string kCR = "\x14\x2D\x14\x2D";
@@ -86,11 +52,12 @@ struct L21SerialTest : ::testing::Test {
     FakeSerialPort port{rig.dispatch};
     InL21 memory;
     RecordingL21SerialView view;
-    TimedDisplay display{rig.tavo, rig.dispatch};
+    testing::CaptionRecorder display{rig.tavo};
     std::unique_ptr<L21SerialInput> input;
 
     L21SerialTest() {
         rig.console();
+        display.stamp = [this] { return std::to_string(rig.dispatch.nowMs()) + ":"; };
         tavo.frmOutDW = &display;
         tavo.bOutDW = true;
         input = std::make_unique<L21SerialInput>(tavo, memory, port, view);
@@ -121,10 +88,10 @@ TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays)
     rig.store.set("L21Port", "baud", "9600");
     memory.iChannel = 5;
     port.failNextOpen("No such file or directory");
-    view.log.clear();
+    view.calls.clear();
     select();  // returns: no capture loop to stay in
-    EXPECT_EQ(view.log, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
-                             "box:Couldn't open port.|No such file or directory"}));
+    EXPECT_EQ(view.calls, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
+                               "box:Couldn't open port.|No such file or directory"}));
     EXPECT_EQ(memory.iChannel, 0);
     EXPECT_EQ(tavo.InputFilterType, 1);
     EXPECT_EQ(markers("START CAPTURE"), 0);
@@ -147,7 +114,7 @@ TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop)
     select();  // returns when the close stops capture
     EXPECT_EQ(input->getExternalText(15), "Hi");
     EXPECT_NE(view.dm.find("Hi"), std::string::npos);
-    EXPECT_EQ(display.events, (std::vector<std::string>{"200:1:Hi"}));
+    EXPECT_EQ(display.captions, (std::vector<std::string>{"200:1: 15[Hi]"}));
     EXPECT_EQ(rig.shell.view.read.text().find("stale"), std::string::npos);
     EXPECT_EQ(markers("END CAPTURE"), 1);
 }
@@ -166,7 +133,8 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
     closeAt(60000);
     select();
-    EXPECT_EQ(display.events, (std::vector<std::string>{"10000:3:AB", "12000:3:CD", "17000:3:EF"}));
+    EXPECT_EQ(display.captions,
+              (std::vector<std::string>{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
     EXPECT_EQ(memory.dump(), memoryOnceSilent);
     // The pair is counted and shown like received bytes.
     EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);
@@ -203,8 +171,8 @@ TEST_F(L21SerialTest, VanishedDeviceIsToldOnceAndOpenStartsAgain) {
     rig.dispatch.postAt(500, [this] { port.vanish("The device went away"); });
     select();  // the loss ended capture
     rig.dispatch.yield();
-    EXPECT_EQ(view.log.back(), "alert:" + std::string(kPortLost));
-    EXPECT_EQ(std::count(view.log.begin(), view.log.end(), view.log.back()), 1);
+    ASSERT_EQ(view.alerts.size(), 1u);
+    EXPECT_EQ(view.alerts[0].rfind(kPortLost, 0), 0u);
     EXPECT_EQ(view.openCaption, kCaptionOpen);
 
     const long long now = rig.dispatch.nowMs();

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <fstream>
 
 #include "line21/l21filter.h"
 #include "support/fakes.h"
@@ -18,38 +16,11 @@ namespace {
 using testing::readScc;
 using testing::Rig;
 
-// A display output that, like the real one, pulls the rows through the row
-// readers, and keeps what it sees at each style 1 and 3.
-class CaptionRecorder : public DisplayOutput {
-  public:
-    explicit CaptionRecorder(Tavo& tavo) : m_tavo(tavo) {}
-    void showForm() override {}
-    void hideForm() override {}
-    void showStartupBarker(bool) override {}
-    void DWErase() override {}
-    void doInput(std::int16_t style, const std::string&) override {
-        ++calls;
-        if (style == kStyleNothing) return;
-        std::string caption = std::to_string(style) + ":";
-        for (std::int16_t i = 1; i <= 15; ++i) {
-            const std::string row = m_tavo.getExternalText(i);
-            if (!row.empty()) caption += " " + std::to_string(i) + "[" + row + "]";
-        }
-        captions.push_back(caption);
-    }
-
-    std::vector<std::string> captions;
-    long calls = 0;
-
-  private:
-    Tavo& m_tavo;
-};
-
 struct RecordedStream : ::testing::Test {
     Rig rig;
     InL21 memory;
     L21Filter filter{memory};
-    CaptionRecorder display{rig.tavo};
+    testing::CaptionRecorder display{rig.tavo};
 
     void SetUp() override {
         rig.tavo.frmL21Serial = &filter;
@@ -128,24 +99,17 @@ TEST_F(RecordedStream, PaintOnChangesRowsInPlaceWithoutAStyle) {
 }
 
 // Counts the EOC and EDM pairs that aren't repeats straight from the file's
-// words: padding doesn't break a repeat, a text word does.
+// pairs: padding doesn't break a repeat, a text pair does.
 long countFlipsAndErases(const std::string& file) {
+    const std::string stream = testing::readSccStream(file);
     long count = 0;
     std::string previous;
-    std::ifstream in(file);
-    std::string word;
-    while (in >> word) {
-        if (word.size() != 4 || word == "8080" ||
-            !std::all_of(word.begin(), word.end(),
-                         [](unsigned char ch) { return std::isxdigit(ch) != 0; }))
-            continue;
-        const int first = std::stoi(word.substr(0, 2), nullptr, 16) & 0x7F;
-        if (first < 0x10 || first > 0x1F) {
-            previous.clear();
-            continue;
-        }
-        if ((word == "942c" || word == "942f") && word != previous) ++count;
-        previous = word;
+    for (std::size_t i = 0; i + 1 < stream.size(); i += 2) {
+        const std::string pair = stream.substr(i, 2);
+        if (pair == std::string(2, '\0')) continue;
+        const bool control = pair[0] >= 0x10 && pair[0] <= 0x1F;
+        if (control && (pair == "\x14\x2C" || pair == "\x14\x2F") && pair != previous) ++count;
+        previous = control ? pair : std::string();
     }
     return count;
 }

@@ -16,51 +16,44 @@ struct SettingsTest : ::testing::Test {
     void store(const char* key, const char* value) { rig.store.set("General", key, value); }
 };
 
+// The seven values, in the order of the section.
+std::string values(const Tavo& t) {
+    return std::to_string(t.BeepOnMessage) + " " + std::to_string(t.DoStartupBarker) + " |" +
+           t.StartupBarker + "| " + std::to_string(t.Obfuscate) + " " +
+           std::to_string(t.ObfuscateType) + " " + std::to_string(t.InputFilterType) + " " +
+           std::to_string(t.ExitDisplayTask);
+}
+
 TEST_F(SettingsTest, AnEmptyStoreGivesEveryDefault) {
     tavo.loadSettings();
-    EXPECT_FALSE(tavo.BeepOnMessage);
-    EXPECT_TRUE(tavo.DoStartupBarker);
-    EXPECT_EQ(tavo.StartupBarker, kDefaultStartupBarker);
-    EXPECT_FALSE(tavo.Obfuscate);
-    EXPECT_EQ(tavo.ObfuscateType, 0);
-    EXPECT_EQ(tavo.InputFilterType, 1);
-    EXPECT_EQ(tavo.ExitDisplayTask, 1);
+    EXPECT_EQ(values(tavo), "0 1 |" + std::string(kDefaultStartupBarker) + "| 0 0 1 1");
     EXPECT_EQ(tavo.barkerLineCount, 3);
     EXPECT_EQ(tavo.barkerLines[1], "Please adjust your reflector.");
 }
 
-TEST_F(SettingsTest, SaveWritesAllSevenKeysInTheirTextForms) {
-    tavo.BeepOnMessage = true;
-    tavo.ObfuscateType = -2;
-    tavo.saveSettings();
-    EXPECT_EQ(rig.store.writes(), 7);
-    EXPECT_EQ(rig.store.get("General", "BeepOnMessage", ""), "True");
-    EXPECT_EQ(rig.store.get("General", "DoStartupBarker", ""), "True");
-    EXPECT_EQ(rig.store.get("General", "Obfuscate", ""), "False");
-    EXPECT_EQ(rig.store.get("General", "ObfuscateType", ""), "-2");
-    EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), "1");
-    EXPECT_EQ(rig.store.get("General", "ExitDisplayTask", ""), "1");
-}
-
-TEST_F(SettingsTest, ValuesComeBackAsTheyWereSaved) {
+TEST_F(SettingsTest, SaveWritesSevenKeysInTextFormsThatComeBackAsTheyWere) {
     tavo.BeepOnMessage = true;
     tavo.DoStartupBarker = false;
     tavo.StartupBarker = "One<br>\x95 Two \x95";
-    tavo.Obfuscate = true;
-    tavo.ObfuscateType = 1;
+    tavo.ObfuscateType = -2;
     tavo.InputFilterType = 3;
     tavo.ExitDisplayTask = 0;
     tavo.saveSettings();
+    EXPECT_EQ(rig.store.writes(), 7);
+    for (auto [key, text] : {std::pair{"BeepOnMessage", "True"},
+                             {"DoStartupBarker", "False"},
+                             {"Obfuscate", "False"},
+                             {"ObfuscateType", "-2"},
+                             {"InputFilterType", "3"},
+                             {"ExitDisplayTask", "0"}})
+        EXPECT_EQ(rig.store.get("General", key, ""), text) << key;
+    EXPECT_EQ(tavo.barkerLineCount, 2) << "saving splits the caption again at once";
 
+    tavo.Obfuscate = true;
+    tavo.saveSettings();
     Tavo fresh(rig.dispatch, rig.store, rig.tone);
     fresh.loadSettings();
-    EXPECT_TRUE(fresh.BeepOnMessage);
-    EXPECT_FALSE(fresh.DoStartupBarker);
-    EXPECT_EQ(fresh.StartupBarker, "One<br>\x95 Two \x95");
-    EXPECT_TRUE(fresh.Obfuscate);
-    EXPECT_EQ(fresh.ObfuscateType, 1);
-    EXPECT_EQ(fresh.InputFilterType, 3);
-    EXPECT_EQ(fresh.ExitDisplayTask, 0);
+    EXPECT_EQ(values(fresh), values(tavo));
 }
 
 TEST_F(SettingsTest, NumericBooleansCountAndUnreadableTextKeepsTheDefault) {
@@ -69,14 +62,9 @@ TEST_F(SettingsTest, NumericBooleansCountAndUnreadableTextKeepsTheDefault) {
     store("Obfuscate", "maybe");
     store("InputFilterType", "2x");
     store("ExitDisplayTask", "40000");  // beyond 16 bits
-    store("ObfuscateType", "-1");
+    store("ObfuscateType", "-1");       // out of its table, but used as read
     tavo.loadSettings();
-    EXPECT_TRUE(tavo.BeepOnMessage);
-    EXPECT_FALSE(tavo.DoStartupBarker);
-    EXPECT_FALSE(tavo.Obfuscate);
-    EXPECT_EQ(tavo.InputFilterType, 1);
-    EXPECT_EQ(tavo.ExitDisplayTask, 1);
-    EXPECT_EQ(tavo.ObfuscateType, -1);  // out of its table, but used as read
+    EXPECT_EQ(values(tavo), "1 0 |" + std::string(kDefaultStartupBarker) + "| 0 -1 1 1");
 }
 
 struct SplitCase {
@@ -102,13 +90,6 @@ INSTANTIATE_TEST_SUITE_P(Captions, StartupBarkerSplit,
                                            SplitCase{"A<br>", {"A"}}, SplitCase{"<br>A", {"A"}},
                                            SplitCase{"A<BR>B", {"A<BR>B"}},
                                            SplitCase{"A<br>B<br>C<br>D<br>E", {"A", "B", "C"}}));
-
-TEST_F(SettingsTest, SavingReSplitsTheCaptionAtOnce) {
-    tavo.StartupBarker = "New<br>Caption";
-    tavo.saveSettings();
-    EXPECT_EQ(tavo.barkerLineCount, 2);
-    EXPECT_EQ(tavo.barkerLines[0], "New");
-}
 
 }  // namespace
 }  // namespace zelvan

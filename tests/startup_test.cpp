@@ -89,11 +89,5 @@ TEST_F(StartupTest, ASecondExitDuringTheYieldsRunsAgainInsideTheFirst) {
     EXPECT_EQ(std::count(rig.log.begin(), rig.log.end(), "display.showStartupBarker(true)"), 2);
 }
 
-TEST_F(StartupTest, DoubleBeepIsTwoTonesWhateverTheSetting) {
-    tavo.BeepOnMessage = false;
-    tavo.doubleBeep();
-    EXPECT_EQ(rig.tone.tones, (std::vector<std::pair<int, int>>{{740, 250}, {400, 250}}));
-}
-
 }  // namespace
 }  // namespace zelvan

@@ -85,6 +85,32 @@ class FakeDisplay : public DisplayOutput {
     std::vector<std::int16_t> styles;
 };
 
+// A display output that pulls the rows through the row readers, as the real
+// one does, and keeps what it sees at each style but nothing:
+// "<stamp>1: 14[...] 15[...]".
+class CaptionRecorder : public DisplayOutput {
+  public:
+    explicit CaptionRecorder(Tavo& tavo) : tavo(tavo) {}
+    void showForm() override {}
+    void hideForm() override {}
+    void showStartupBarker(bool) override {}
+    void DWErase() override {}
+    void doInput(std::int16_t style, const std::string&) override {
+        ++calls;
+        if (style == kStyleNothing) return;
+        std::string caption = (stamp ? stamp() : "") + std::to_string(style) + ":";
+        for (std::int16_t i = 1; i <= 15; ++i)
+            if (const std::string row = tavo.getExternalText(i); !row.empty())
+                caption += " " + std::to_string(i) + "[" + row + "]";
+        captions.push_back(caption);
+    }
+
+    Tavo& tavo;
+    std::function<std::string()> stamp;
+    std::vector<std::string> captions;
+    long calls = 0;
+};
+
 class FakeShell : public Shell {
   public:
     explicit FakeShell(Log& log) : log(log) {}

@@ -6,7 +6,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <pty.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/stat.h>
@@ -21,27 +20,12 @@
 #include <string>
 #include <vector>
 
+#include "l21fakes.h"
+#include "pty.h"
+
 extern char** environ;
 
 namespace zelvan::testing {
-
-struct PtyEnd {
-    int master = -1;
-    std::string slave;
-
-    PtyEnd() {
-        int slaveFd = -1;
-        char name[128] = {};
-        if (::openpty(&master, &slaveFd, name, nullptr, nullptr) != 0) return;
-        ::close(slaveFd);
-        slave = name;
-    }
-    ~PtyEnd() {
-        if (master >= 0) ::close(master);
-    }
-    PtyEnd(const PtyEnd&) = delete;
-    PtyEnd& operator=(const PtyEnd&) = delete;
-};
 
 class ProgramRig {
   public:
@@ -89,22 +73,12 @@ class ProgramRig {
         return true;
     }
 
-    void sendToBox(const std::string& bytes) {
-        for (std::size_t off = 0; off < bytes.size();) {
-            const ssize_t n = ::write(box.master, bytes.data() + off, bytes.size() - off);
-            if (n > 0) off += static_cast<std::size_t>(n);
-        }
-    }
+    void sendToBox(const std::string& bytes) { box.send(bytes); }
 
     // Reads what the sign got within ms; returns the new bytes.
     std::string readSign(int ms) {
         pollfd p{sign.master, POLLIN, 0};
-        std::string got;
-        if (::poll(&p, 1, ms) > 0 && (p.revents & POLLIN)) {
-            char buf[4096];
-            const ssize_t n = ::read(sign.master, buf, sizeof buf);
-            if (n > 0) got.assign(buf, static_cast<std::size_t>(n));
-        }
+        const std::string got = ::poll(&p, 1, ms) > 0 ? sign.take() : std::string();
         signBytes += got;
         return got;
     }
@@ -140,27 +114,5 @@ class ProgramRig {
     std::string m_config;
     pid_t m_pid = -1;
 };
-
-// Line-21 byte pairs of channel 1, as a decoder box delivers them.
-inline std::string l21Pair(int a, int b) {
-    return {static_cast<char>(a), static_cast<char>(b)};
-}
-
-// A pop-on caption on row 15: load, place, text, and the flip; each control
-// pair doubled as broadcast.
-inline std::string popOnCaption(const std::string& text) {
-    std::string s;
-    for (auto [a, b] : {std::pair{0x14, 0x20},
-                        {0x14, 0x20},
-                        {0x14, 0x2E},
-                        {0x14, 0x2E},
-                        {0x14, 0x70},
-                        {0x14, 0x70}})
-        s += l21Pair(a, b);
-    s += text;
-    if (text.size() % 2) s += '\0';  // text goes in pairs; a null pads the last
-    s += l21Pair(0x14, 0x2F) + l21Pair(0x14, 0x2F);
-    return s;
-}
 
 }  // namespace zelvan::testing

@@ -3,13 +3,9 @@
 // screen, a box that goes away is told once without stopping the program,
 // the rulers sit on the panes' character grid, and the window keeps its shape.
 
-#include <pty.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -20,37 +16,16 @@
 #include <QShortcut>
 #include <QTextBlock>
 #include <QTimer>
-#include <functional>
 
 #include "line21/frml21serial.h"
 #include "platform/devicemap.h"
-#include "platform/qtdispatch.h"
 #include "platform/qtext.h"
-#include "support/fakes.h"
+#include "support/l21fakes.h"
+#include "support/pty.h"
+#include "support/qtrig.h"
 
 namespace zelvan {
 namespace {
-
-// The decoder box's end of the line.
-struct Pty {
-    int master = -1;
-    std::string slave;
-    Pty() {
-        int slaveFd = -1;
-        char name[128] = {};
-        if (::openpty(&master, &slaveFd, name, nullptr, nullptr) != 0) return;
-        ::close(slaveFd);
-        slave = name;
-    }
-    ~Pty() { hangUp(); }
-    void hangUp() {
-        if (master >= 0) ::close(master);
-        master = -1;
-    }
-    void send(const std::string& bytes) const {
-        ASSERT_EQ(::write(master, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-};
 
 int visibleMessageBoxes() {
     int n = 0;
@@ -64,15 +39,9 @@ void closeMessageBoxes() {
         if (auto* box = qobject_cast<QMessageBox*>(w)) box->close();
 }
 
-struct FrmL21SerialTest : ::testing::Test {
-    QtDispatch dispatch;
-    MemorySettingsStore store;
-    testing::RecordingTone tone;
-    testing::Log log;
-    testing::FakeShell shell{log};
-    Tavo tavo{dispatch, store, tone};
+struct FrmL21SerialTest : ::testing::Test, testing::QtRig {
     InL21 memory;
-    Pty pty;
+    testing::PtyEnd pty;
     std::unique_ptr<frmL21Serial> window;
 
     void SetUp() override {
@@ -118,9 +87,7 @@ struct FrmL21SerialTest : ::testing::Test {
 
 // The panes take new text a moment after the decoder offers it.
 void panesFollow() {
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < 100) QApplication::processEvents();
+    testing::settle(100);
 }
 
 TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
@@ -128,12 +95,7 @@ TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     bool sent = false;
     captureUntil([&] {
         captionWhileOpen = window->cmdPortOpen->text();
-        if (!sent)
-            pty.send(
-                "\x14\x20\x14\x20\x14\x70\x14\x70"
-                "Hi"
-                "\x14\x2F\x14\x2F");
-        sent = true;
+        if (!sent) sent = pty.send(testing::popOnCaption("Hi"));
         return memory.getExternalTextL21(15) == "Hi";
     });
     EXPECT_EQ(memory.getExternalTextL21(15), "Hi");

@@ -6,26 +6,19 @@
 #include <QDir>
 #include <QFile>
 #include <QGroupBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStandardPaths>
-#include <QPlainTextEdit>
 
 #include "core/frmtavo.h"
-#include "platform/qtdispatch.h"
 #include "platform/qtsettingsstore.h"
-#include "support/fakes.h"
+#include "support/qtrig.h"
 
 namespace zelvan {
 namespace {
 
-struct MainWindowTest : ::testing::Test {
-    QtDispatch dispatch;
-    MemorySettingsStore memory;
-    testing::RecordingTone tone;
-    testing::Log log;
-    testing::FakeShell shell{log};
-    Tavo tavo{dispatch, memory, tone};
+struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
 
     template <typename T>
