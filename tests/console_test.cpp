@@ -78,30 +78,6 @@ struct ConsoleTest : ::testing::Test {
 
 // --- defaults ---
 
-// setDefaults puts back what the operator changed, each through its action:
-// text reversed on three rows, the buffer started over, the carrier event on.
-TEST_F(ConsoleTest, DefaultsUndoTheOperatorsChangesThroughTheirActions) {
-    console.setBox(ConsoleBox::Reverse, false);
-    console.setBox(ConsoleBox::RevOnCD, false);
-    console.setBox(ConsoleBox::Input, false);
-    console.setBox(ConsoleBox::Rollup, true);
-    console.engine().iNextRow = 3;
-    console.setScrollLines(1);
-    console.engine().bBoardFront = false;
-    console.setDefaults();
-    EXPECT_TRUE(console.engine().bReverse);
-    EXPECT_TRUE(console.engine().bListen);
-    EXPECT_TRUE(port.cdEvents());
-    EXPECT_FALSE(console.engine().bBufferRollup);
-    EXPECT_EQ(console.engine().iNextRow, 1);
-    EXPECT_EQ(console.engine().iLines, 3);
-    EXPECT_TRUE(console.engine().bBoardFront);
-    EXPECT_EQ(view.scroll, 3);
-    EXPECT_EQ(view.linesText, "3");
-    EXPECT_FALSE(console.box(ConsoleBox::Filter));
-    EXPECT_FALSE(console.engine().bFilterOn);
-}
-
 // --- the rows in use ---
 
 TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {
@@ -120,20 +96,6 @@ TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {
         EXPECT_EQ(console.engine().iLines, c.lines) << c.typed;
     }
     EXPECT_EQ(console.scrollLines(), 3);  // the box never moves the scroll bar
-}
-
-TEST_F(ConsoleTest, ScrollBarWritesTheBoxAndSunriseBringsBackThreeRows) {
-    console.setScrollLines(1);
-    EXPECT_EQ(view.linesText, "1");
-    EXPECT_EQ(console.engine().iLines, 1);
-    console.setBox(ConsoleBox::Sunrise, true);
-    EXPECT_TRUE(console.engine().bSunrise);
-    EXPECT_EQ(view.scroll, 3);
-    EXPECT_EQ(console.engine().iLines, 3);
-    console.setScrollLines(2);
-    console.setBox(ConsoleBox::Sunrise, false);
-    EXPECT_FALSE(console.engine().bSunrise);
-    EXPECT_EQ(console.engine().iLines, 2);
 }
 
 // --- the filter box ---
@@ -208,19 +170,6 @@ TEST_F(ConsoleTest, ShowFormOnAFailingPortTellsOnceThenRemindsPerFrame) {
     EXPECT_EQ(linkView.notice, "");
 }
 
-TEST_F(ConsoleTest, HideFormUnticksTheMainBoxClosesSavesAndSendsNothing) {
-    console.showForm();
-    rig.view().outDW = 1;
-    port.writes.clear();
-    port.setPort(5);
-    console.hideForm();
-    EXPECT_EQ(rig.view().outDW, 0);
-    EXPECT_FALSE(console.isPortOpen());
-    EXPECT_EQ(rig.store.get("DWPort", "port", ""), "5");
-    EXPECT_EQ(view.steps.back(), "hide");
-    EXPECT_TRUE(port.writes.empty());
-}
-
 // --- hand-made frames ---
 
 // The operator types a whole frame in the notation; without text or a
@@ -242,15 +191,6 @@ TEST_F(ConsoleTest, SendItPassesTheNotationStraightThroughOnlyWhileTheFilterRuns
     console.setPendingText(esc("^"));
     console.cmdSendIt_Click();
     EXPECT_EQ(port.writes.back(), std::string(1, '\0'));
-}
-
-TEST_F(ConsoleTest, SendAtWritesTheBoxOnTheLastRowInUseWithoutTheFilter) {
-    open();
-    console.setScrollLines(2);
-    console.setPendingText("HI");
-    console.cmdSendAt_Click();
-    EXPECT_EQ(frames(), (std::vector<std::string>{"row 2 col 31 |IH|"}));
-    EXPECT_EQ(sign().rowThroughReflector(2), "HI" + std::string(30, ' '));
 }
 
 // --- the carrier board switch ---

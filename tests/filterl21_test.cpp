@@ -92,17 +92,6 @@ TEST_F(DecoderTest, RollUpLineEndsAtCrAndTheNextByteErasesIt) {
     EXPECT_EQ(out, "");
 }
 
-TEST_F(DecoderTest, CrOutsideRollUpAndPaintOnDoNothingButWrite) {
-    feed(kRCL + kRow1 + "x");
-    EXPECT_EQ(feed(kCR), 0);
-    EXPECT_FALSE(m.bErasePending);
-    feed(kRCL + kRow15 + "loaded" + kEOC + kRDC + kRow15 + "XY");
-    EXPECT_EQ(m.getExternalTextL21(15), "XYaded") << "paint-on writes in place, erasing nothing";
-    EXPECT_EQ(feed(kCR), 0);
-    feed("Z");
-    EXPECT_EQ(m.getExternalTextL21(15), "XYZded");
-}
-
 TEST_F(DecoderTest, EdmBlanksTheDisplayInEveryModeAndGoesToRow1) {
     for (const std::string& mode : {kRCL, kRDC, kRU2}) {
         m.initL21();
@@ -145,16 +134,6 @@ TEST_F(DecoderTest, SecondChannelTakesOnlyItsOwnCommandsAndRowCodes) {
     EXPECT_FALSE(m.bChannelActive) << "the flush pair belongs to the first channel";
     feed(pair(0x11, 0x37));
     EXPECT_EQ(row(m.iDM, 1), "\x95") << "special characters ignore the gate";
-}
-
-TEST_F(DecoderTest, ChannelsWithoutCommandsNeverTakeText) {
-    for (std::int16_t channel = 2; channel <= 8; ++channel) {
-        m.initL21();
-        m.iChannel = channel;
-        feed(kRCL + pair(0x1C, 0x20) + kRow1 + "abc" + pair(0x1C, 0x2F) + kEOC);
-        EXPECT_FALSE(m.bChannelActive);
-        EXPECT_TRUE(blank(1) && blank(2)) << channel;
-    }
 }
 
 TEST_F(DecoderTest, RepeatsLastUntilAcceptedText) {

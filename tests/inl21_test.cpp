@@ -61,14 +61,5 @@ TEST(CaptionMemory, FlipRefreshesTheWindowInUseDisplayedPaneFirst) {
     EXPECT_EQ(window.rtbDM.substr(0, 20), "shown after the flip");
 }
 
-TEST(CaptionMemory, RowReadersStripTrailingOrBothEndsAndChangeNothing) {
-    InL21 m;
-    writeRow(m, 1, 2, "  Hi");
-    EXPECT_EQ(m.getExternalTextL21(2), "  Hi");
-    EXPECT_EQ(m.getExternalTextTrimmedL21(2), "Hi");
-    EXPECT_EQ(m.getExternalTextTrimmedL21(16), "");
-    EXPECT_EQ(m.rowString(1, 2), "  Hi" + std::string(28, ' '));
-}
-
 }  // namespace
 }  // namespace zelvan

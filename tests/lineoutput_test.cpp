@@ -91,19 +91,6 @@ TEST_F(LineOutputTest, BufferModePaintsTheBlockWhenTheLastSlotFills) {
     EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "row 1 col 1 |three|", "bright"}));
 }
 
-TEST_F(LineOutputTest, BufferModeLineEndWithNoRowStillTakesASlot) {
-    out.setBufferRollup(true);
-    out.sLines[2] = "stale";
-    r.setRows({{15, "one"}});
-    r.input(kStyleLineEnded);
-    r.setRows({});
-    r.input(kStyleLineEnded);
-    r.setRows({{15, "three"}});
-    r.input(kStyleLineEnded);
-    EXPECT_EQ(r.sent(), (Names{"dim", "clear 1", "clear 2", "clear 3", "row 1 col 1 |one|",
-                               "row 2 col 1 |stale|", "row 3 col 1 |three|", "bright"}));
-}
-
 TEST_F(LineOutputTest, ClosedPortOrStoppedFilterDropsCaptionsWhileCountersMove) {
     r.setRows({{13, "a"}, {14, "b"}, {15, "c"}});
     out.bFilterOn = false;
@@ -123,27 +110,6 @@ TEST_F(LineOutputTest, ClosedPortOrStoppedFilterDropsCaptionsWhileCountersMove) 
     EXPECT_TRUE(r.link.writes.empty());
     EXPECT_TRUE(r.link.notices.empty());
     EXPECT_EQ(pending.back(), "a\r\nb\r\nc");
-}
-
-// The startup caption follows the preference unless forced, and goes out as
-// it stands: wacky output touches caption rows alone, on their way out.
-TEST_F(LineOutputTest, StartupCaptionAndWackyOutput) {
-    Tavo& tavo = r.rig.tavo;
-    tavo.Obfuscate = true;
-    tavo.DoStartupBarker = false;
-    tavo.StartupBarker = "the rabbit<br>";
-    tavo.splitStartupBarker();
-    out.showStartupBarker(false);
-    EXPECT_EQ(r.sent(), (Names{"clear 1", "clear 2", "clear 3"}));
-    out.showStartupBarker(true);
-    r.setRows({{15, "the rabbit"}});
-    r.input(kStyleRows);
-    r.input(kStyleLineEnded);
-    const Names sent = r.sent();
-    EXPECT_EQ(sent[6], "row 1 col 1 |the rabbit|");
-    EXPECT_EQ(sent[11], "row 1 col 1 |de wabbit|");
-    EXPECT_EQ(sent.back(), "row 3 col 1 |de wabbit|");
-    EXPECT_EQ(pending.back(), "the rabbit");
 }
 
 }  // namespace

@@ -38,14 +38,6 @@ TEST_F(PipelineTest, CursorsWrapFrom1024To1AndKeepByteOrder) {
     EXPECT_EQ(tavo.rawQueueIn, 1040 - 1024 + 1);
 }
 
-TEST_F(PipelineTest, AProducerAWholeRingAheadLosesEverythingUnread) {
-    rig.queue(std::string(1024, 'x'));
-    EXPECT_TRUE(tavo.queueEmpty());
-    tavo.drainQueue();
-    EXPECT_EQ(filter->received, "");
-    EXPECT_EQ(tavo.totalChars, 1024);
-}
-
 // --- one turn of the drain ---
 
 TEST_F(PipelineTest, NullByteEndsTheTurnAndIsCountedButNotShown) {

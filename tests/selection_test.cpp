@@ -105,15 +105,5 @@ TEST_F(SelectionTest, AsciiSelectedWhileKeyboardCapturesKeepsTheLoopForTheNewFil
     EXPECT_EQ(ascii->received, "still here");
 }
 
-TEST_F(SelectionTest, DisplayBoxOpensAndClosesTheDisplayWindow) {
-    console.chkOutDW_Click(1);
-    EXPECT_TRUE(tavo.bOutDW);
-    ASSERT_NE(tavo.frmOutDW, nullptr);
-    console.chkOutDW_Click(0);
-    EXPECT_FALSE(tavo.bOutDW);
-    EXPECT_EQ(tavo.frmOutDW, nullptr);
-    EXPECT_EQ(rig.log, (Log{"mainWindow", "display.showForm", "display.hideForm"}));
-}
-
 }  // namespace
 }  // namespace zelvan

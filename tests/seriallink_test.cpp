@@ -61,30 +61,6 @@ TEST_F(LinkTest, EachLinkHasItsDefaultsAndTextThatIsNoNumberKeepsThem) {
     }
 }
 
-TEST_F(LinkTest, OnlyTheDecoderLinkKeepsStopBits) {
-    for (const char* section : {"L21Port", "AsciiPort"}) {
-        rig.store.set(section, "port", "4");
-        rig.store.set(section, "stopbits", "2");
-    }
-    make(kAsciiLink);
-    link->loadSettings();
-    EXPECT_EQ(port.port(), 4);
-    EXPECT_EQ(port.stopbits(), stopbits::kOne);  // as the component started
-    port.setStopbits(stopbits::kTwo);
-    rig.store.set("AsciiPort", "stopbits", "untouched");
-    link->saveSettings();
-    EXPECT_EQ(rig.store.get("AsciiPort", "stopbits", ""), "untouched");
-    EXPECT_EQ(rig.store.get("AsciiPort", "port", ""), "4");
-
-    FakeSerialPort l21Port(rig.dispatch);
-    SerialLink l21(kL21Link, l21Port, rig.tavo, view);
-    l21.loadSettings();
-    EXPECT_EQ(l21Port.stopbits(), stopbits::kTwo);
-    l21Port.setStopbits(stopbits::kOneAndHalf);
-    l21.saveSettings();
-    EXPECT_EQ(rig.store.get("L21Port", "stopbits", ""), "1");
-}
-
 TEST_F(LinkTest, SaveClosesAnOpenPortFirstAndDecoderStopsCapture) {
     openLink(kL21Link);
     port.setBaud(2400);
@@ -112,17 +88,6 @@ TEST_F(LinkTest, OpenSucceedsPurgesAndClearsTheReminder) {
     EXPECT_EQ(view.openCaption, "Close");  // ...which arrives in a yield
     link->openPort();
     EXPECT_EQ(port.opens, 1);  // an open port isn't opened again
-}
-
-TEST_F(LinkTest, DecoderLinkSettlesThenSwitchesReceiveOn) {
-    port.setRxThreshold(0);
-    make(kL21Link);
-    link->openPort();
-    EXPECT_EQ(view.openCaption, "Close");  // its 1000 yields delivered the event
-    EXPECT_EQ(port.rxThreshold(), 1);
-    link->closePort();
-    EXPECT_EQ(port.rxThreshold(), 0);
-    EXPECT_EQ(port.purges, 2);
 }
 
 TEST_F(LinkTest, FailedOpenOrCloseShowsOneMessageWithTheSystemsReason) {
@@ -164,19 +129,6 @@ TEST_F(LinkTest, DisplayCloseDeliversWrittenFramesFirstButGivesUpAfterTwoSeconds
     EXPECT_TRUE(view.boxes.empty());
 }
 
-TEST_F(LinkTest, InputKeepsFlowingWhileTheDisplayDrains) {
-    FakeSerialPort inPort(rig.dispatch);
-    SerialLink input(kAsciiLink, inPort, rig.tavo, view);
-    input.openPort();
-    openLink(kDisplayLink);
-    port.setDrainMsPerByte(100);
-    link->write("xyz");
-    rig.dispatch.postAt(now() + 50, [&] { inPort.deliver("hi"); });
-    link->closePort();
-    const std::string first = rig.tavo.dequeueByte();
-    EXPECT_EQ(first + rig.tavo.dequeueByte(), "hi");
-}
-
 // --- modem commands and notices ---
 
 TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
@@ -193,29 +145,6 @@ TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
     EXPECT_EQ(rig.tavo.totalChars, 2);  // received during the pause
 }
 
-TEST_F(LinkTest, DialWritesTheCommandOrReminds) {
-    make(kAsciiLink);
-    link->dial("");
-    EXPECT_TRUE(view.reminder);
-    EXPECT_TRUE(port.writes.empty());
-    link->openPort();
-    link->dial("");
-    link->dial("5551212");
-    EXPECT_EQ(port.writes, (std::vector<std::string>{"atdt\r", "atdt5551212\r"}));
-}
-
-TEST_F(LinkTest, DisplayRemindsByNoticeWithBeep) {
-    make(kDisplayLink);
-    link->dial("1");
-    link->write("frame");
-    EXPECT_EQ(view.notice, "Open port first.");
-    EXPECT_FALSE(view.reminder);
-    EXPECT_EQ(rig.tone.tones.size(), 4u);  // one double beep each
-    EXPECT_TRUE(port.writes.empty());
-    link->openPort();
-    EXPECT_EQ(view.notice, "");  // opening clears the reminder
-}
-
 TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
     make(kDisplayLink);
     link->showNotice(true, "Toggle front/back");
@@ -228,17 +157,6 @@ TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
     EXPECT_EQ(view.notice, "");
     rig.dispatch.advance(20000);  // the timer stopped: nothing else happens
     EXPECT_EQ(rig.tone.tones.size(), 4u);
-}
-
-TEST_F(LinkTest, SetupDialogChoiceReachesTheCaption) {
-    make(kAsciiLink);
-    port.onSetupDialog = [](SerialPort& p) {
-        p.setPort(5);
-        p.setBaud(38400);
-    };
-    link->setup();
-    EXPECT_EQ(port.setupDialogs, 1);
-    EXPECT_EQ(view.setupCaption, "5:38400,n,8,1");
 }
 
 // --- a device that goes away ---

@@ -27,13 +27,6 @@
 namespace zelvan {
 namespace {
 
-int visibleMessageBoxes() {
-    int n = 0;
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (qobject_cast<QMessageBox*>(w) && w->isVisible()) ++n;
-    return n;
-}
-
 void closeMessageBoxes() {
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* box = qobject_cast<QMessageBox*>(w)) box->close();
@@ -109,22 +102,6 @@ TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Open"));
 }
 
-TEST_F(FrmL21SerialTest, BoxThatGoesAwayIsToldOnceAndTheProgramGoesOn) {
-    bool hungUp = false;
-    captureUntil([&] {
-        if (!hungUp && window->cmdPortOpen->text() == QStringLiteral("Close")) {
-            pty.hangUp();
-            hungUp = true;
-        }
-        return false;  // the loss itself has to end capture
-    });
-    ASSERT_TRUE(hungUp);
-    EXPECT_EQ(visibleMessageBoxes(), 1);
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Open"));
-    EXPECT_EQ(tavo.captureDepth, 0);
-}
-
 // Character n of the column ruler stands over column n of the pane, and row n
 // of the row ruler beside row n; a full pane needs no scrolling.
 TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
@@ -150,22 +127,6 @@ TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
     EXPECT_EQ(pane->verticalScrollBar()->maximum(), 0);
     const QRect paneBox(pane->mapTo(window.get(), QPoint(0, 0)), pane->size());
     EXPECT_TRUE(window->rect().contains(paneBox));
-}
-
-TEST_F(FrmL21SerialTest, WindowKeepsItsShapeRefusesToCloseAndTakesF1) {
-    EXPECT_EQ(window->minimumSize(), window->maximumSize());
-    for (QWidget* hidden : std::initializer_list<QWidget*>{
-             window->tbDial, window->cmdPortDial, window->cmdPortHangup, window->lblOpenPortDummy,
-             window->lbChannel, window->Command1})
-        EXPECT_TRUE(hidden->isHidden()) << hidden->objectName().toStdString();
-    window->show();
-    QCloseEvent close;
-    QApplication::sendEvent(window.get(), &close);
-    EXPECT_FALSE(close.isAccepted());
-    auto* f1 = window->findChild<QShortcut*>();
-    ASSERT_TRUE(f1 && f1->key() == QKeySequence(Qt::Key_F1));
-    emit f1->activated();
-    EXPECT_EQ(log.back(), "help");
 }
 
 }  // namespace

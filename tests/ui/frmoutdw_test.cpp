@@ -91,57 +91,5 @@ TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeInTheWindow) {
     EXPECT_TRUE(sign.take().empty());
 }
 
-TEST_F(DisplayWindowTest, WindowStandsFixedRefusesToCloseAndAsksForHelpOnF1) {
-    window->show();
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Halvane Display"));
-    EXPECT_EQ(window->minimumSize(), window->maximumSize());
-    auto* pending = child<QPlainTextEdit>("tbPending");
-    EXPECT_EQ(pending->toPlainText(), QStringLiteral("12345678901234567890123456789012"));
-    const QFontMetrics metrics(pending->font());
-    EXPECT_EQ(metrics.horizontalAdvance(QLatin1Char('i')),
-              metrics.horizontalAdvance(QLatin1Char('M')));
-    EXPECT_EQ(child<QPushButton>("cmdLuckyCharm")->text(), QStringLiteral("\u00FB"));
-    EXPECT_EQ(child<QLineEdit>("tbScrollLines")->text(), QStringLiteral("3"));
-
-    EXPECT_FALSE(window->close());
-    EXPECT_TRUE(window->isVisible());
-
-    // F1 is the window's, ahead of whichever control has the focus.
-    auto* f1 = window->findChild<QShortcut*>();
-    ASSERT_NE(f1, nullptr);
-    EXPECT_EQ(f1->key(), QKeySequence(Qt::Key_F1));
-    EXPECT_EQ(f1->context(), Qt::WindowShortcut);
-    emit f1->activated();
-    EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
-}
-
-// The box counts a line break as one character, the pending text as CR LF.
-TEST_F(DisplayWindowTest, LuckyCharmReplacesTheSelectionAcrossLineBreaks) {
-    window->show();
-    auto* pending = child<QPlainTextEdit>("tbPending");
-    pending->setPlainText(QStringLiteral("AB\nCD"));
-    QTextCursor cursor = pending->textCursor();
-    cursor.setPosition(3);
-    cursor.setPosition(4, QTextCursor::KeepAnchor);  // the "C"
-    pending->setTextCursor(cursor);
-    child<QPushButton>("cmdLuckyCharm")->click();
-    EXPECT_EQ(pending->toPlainText(), QStringLiteral("AB\n\u00FBD"));
-    EXPECT_EQ(window->console().pendingText(),
-              "AB\r\n\xFB"
-              "D");
-    EXPECT_EQ(pending->textCursor().position(), 4);
-}
-
-// The range itself is the console's; the box has to hand each key to it.
-TEST_F(DisplayWindowTest, TypingInTheLinesBoxIsPulledBackIntoRange) {
-    window->show();
-    auto* lines = child<QLineEdit>("tbScrollLines");
-    lines->selectAll();
-    QKeyEvent zero(QEvent::KeyPress, Qt::Key_0, Qt::NoModifier, QStringLiteral("0"));
-    QApplication::sendEvent(lines, &zero);
-    EXPECT_EQ(lines->text(), QStringLiteral("1"));
-    EXPECT_EQ(window->console().engine().iLines, 1);
-}
-
 }  // namespace
 }  // namespace zelvan

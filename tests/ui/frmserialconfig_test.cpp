@@ -30,19 +30,6 @@ struct SerialConfigTest : ::testing::Test {
     }
 };
 
-TEST_F(SerialConfigTest, ListsShowTheComponentsValues) {
-    port.setPort(3);
-    frmSerialConfig form(link);
-    EXPECT_EQ(form.windowTitle(), "Serial Port Setup");
-    EXPECT_EQ(form.cmbPort->count(), 8);
-    EXPECT_EQ(form.cmbPort->currentText(), "COM3:");
-    EXPECT_EQ(form.cmbBaud->currentText(), "1200");
-    EXPECT_EQ(form.cmbParity->currentText(), "Odd");
-    EXPECT_EQ(form.cmbDataBits->currentText(), "7");
-    EXPECT_EQ(form.cmbStopBits->currentText(), "1");
-    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyS2");
-}
-
 TEST_F(SerialConfigTest, OkWritesEveryListAndRenewsTheCaption) {
     frmSerialConfig form(link);
     form.show();
@@ -77,19 +64,6 @@ TEST_F(SerialConfigTest, CancelLeavesAllAloneAndOkWithoutChangeRewritesTheSameVa
     EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));  // the default stays unwritten
 }
 
-// A value no list holds (port 12, 4 data bits) survives OK; so does the baud
-// rate when the box holds no number.
-TEST_F(SerialConfigTest, ValuesWithoutAnEntryAreKeptAndBadBaudTextIsIgnored) {
-    port.setPort(12);
-    port.setDatabits(4);
-    frmSerialConfig form(link);
-    EXPECT_EQ(form.cmbPort->currentIndex(), -1);
-    EXPECT_EQ(form.cmbDataBits->currentIndex(), -1);
-    form.cmbBaud->setCurrentText("fast");
-    form.cmdOK->click();
-    EXPECT_EQ(port.settings(), (PortSettings{12, 1200, parity::kOdd, 4, stopbits::kOne}));
-}
-
 TEST_F(SerialConfigTest, DeviceFollowsThePortAndOkMapsIt) {
     setDevicePath(rig.store, 2, "/dev/ttyUSB0");
     frmSerialConfig form(link);
@@ -101,21 +75,6 @@ TEST_F(SerialConfigTest, DeviceFollowsThePortAndOkMapsIt) {
     form.cmdOK->click();
     EXPECT_EQ(devicePath(rig.store, 4), "/dev/serial/by-id/usb-caption-box");
     EXPECT_EQ(devicePath(rig.store, 2), "/dev/ttyUSB0");
-}
-
-TEST_F(SerialConfigTest, ComponentDialogAppliesItsChoice) {
-    FakeSerialPort other(rig.dispatch);
-    SerialSetupDialog dialog(other, rig.store);
-    EXPECT_EQ(dialog.portBox()->value(), 1);
-    EXPECT_EQ(dialog.baudBox()->currentText(), "9600");
-    dialog.portBox()->setValue(2);
-    dialog.deviceBox()->setPath("/dev/ttyACM0");
-    dialog.baudBox()->setCurrentText("57600");
-    dialog.parityBox()->setCurrentIndex(2);
-    dialog.stopBitsBox()->setCurrentIndex(1);
-    dialog.apply();
-    EXPECT_EQ(other.settings(), (PortSettings{2, 57600, parity::kEven, 8, stopbits::kOneAndHalf}));
-    EXPECT_EQ(devicePath(rig.store, 2), "/dev/ttyACM0");
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 // The splash: a key ends the start-up wait at once; the About box has no limit.
 
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QTimer>
-#include <gtest/gtest.h>
 
 #include "support/frmsplash.h"
 

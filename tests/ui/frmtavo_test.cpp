@@ -63,16 +63,6 @@ TEST_F(MainWindowTest, ControlsStandAsTheOperatorIsMeantToSeeThem) {
     EXPECT_LE(exitButton->geometry().bottom(), window.centralWidget()->height());
 }
 
-TEST_F(MainWindowTest, SelectingFromTheInputMenuSetsTheOptionAndRunsTheHandlerOnce) {
-    window.console().select(FilterKind::Ascii);
-    log.clear();
-    window.showFilterOption(FilterKind::Key);
-    window.console().select(FilterKind::Key);
-    EXPECT_TRUE(window.optionButton(FilterKind::Key)->isChecked());
-    EXPECT_FALSE(window.optionButton(FilterKind::Ascii)->isChecked());
-    EXPECT_EQ(log, (testing::Log{"Ascii.hideForm", "Key.showForm"}));
-}
-
 TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
     QtDispatch dispatch;
     QtSettingsStore store;

@@ -76,21 +76,6 @@ TEST_F(QtPortTest, LineIsRawBothWays) {
     EXPECT_EQ(out, bytes);
 }
 
-// A pty keeps 8 data bits and no parity whatever it is told, so only speed,
-// stop bits and flow control can be seen on it.
-TEST_F(QtPortTest, SettingsReachTheLineAlsoWhileOpen) {
-    port.setBaud(1200);
-    openOrFail();
-    const termios opened = lineSettings();
-    EXPECT_EQ(::cfgetospeed(&opened), static_cast<speed_t>(B1200));
-    port.setBaud(19200);
-    port.setStopbits(stopbits::kOneAndHalf);  // two on this system
-    const termios t = lineSettings();
-    EXPECT_EQ(::cfgetospeed(&t), static_cast<speed_t>(B19200));
-    EXPECT_TRUE(t.c_cflag & CSTOPB);
-    EXPECT_FALSE(t.c_cflag & CRTSCTS);
-}
-
 TEST_F(QtPortTest, RefusedSettingKeepsThePortOpenAndNamesIt) {
     port.setDatabits(7);  // a pseudo-terminal has no character size
     port.open();
@@ -139,16 +124,6 @@ TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
     }
     ASSERT_TRUE(WIFEXITED(status)) << "the child hung";
     EXPECT_EQ(WEXITSTATUS(status), 0);
-}
-
-TEST_F(QtPortTest, CarrierEventsOnALineWithoutModemPinsDoNoHarm) {
-    openOrFail();
-    int carriers = 0;
-    port.onCarrier = [&] { ++carriers; };
-    port.setCdEvents(true);
-    testing::settle(3 * QtSerialPort::kCarrierPollMs);
-    EXPECT_EQ(port.openState(), 1);
-    EXPECT_EQ(carriers, 0);
 }
 
 // --- through a link, as the windows use it ---
