@@ -49,30 +49,19 @@ PlaceholderFilter::PlaceholderFilter(FilterKind kind, Tavo& tavo)
     addNotice(this, QString::fromLatin1(titleOf(kind)));
 }
 
-// Mirrors what the real windows do to the shared state: the serial ones set
-// the filter type, and the line-21 serial and keyboard ones start capture
-// (the serial one as if its port had opened).
+// Mirrors what the real windows do to the shared state: the board and ASCII
+// windows set the filter type, the keyboard window starts capture, and the
+// board window's hideForm raises the stop.
 void PlaceholderFilter::showForm() {
-    if (m_kind == FilterKind::L21Serial) m_tavo.InputFilterType = 1;
     if (m_kind == FilterKind::L21USB) m_tavo.InputFilterType = 2;
     if (m_kind == FilterKind::Ascii) m_tavo.InputFilterType = 3;
     placeUnderMainWindow(this);
     show();
-    if (m_kind == FilterKind::L21Serial) {
-        m_tavo.rawQueueIn = 1;
-        m_tavo.rawQueueOut = 1;
-        m_tavo.captureLoop();
-    } else if (m_kind == FilterKind::Key) {
-        m_tavo.captureLoop();
-    }
+    if (m_kind == FilterKind::Key) m_tavo.captureLoop();
 }
 
 void PlaceholderFilter::hideForm() {
-    if (m_kind == FilterKind::L21Serial) {
-        m_tavo.stopCapture();
-        for (int i = 0; i < 1000; ++i) m_tavo.dispatch().yield();
-    }
-    if (m_kind == FilterKind::L21Serial || m_kind == FilterKind::L21USB) m_tavo.bStopCapture = true;
+    if (m_kind == FilterKind::L21USB) m_tavo.bStopCapture = true;
     hide();
 }
 
@@ -86,20 +75,6 @@ std::string PlaceholderFilter::getExternalText(std::int16_t) {
 }
 std::string PlaceholderFilter::getExternalTextTrimmed(std::int16_t) {
     return {};
-}
-
-PlaceholderDisplay::PlaceholderDisplay(Tavo& tavo) : QWidget(nullptr, Qt::Window), m_tavo(tavo) {
-    addNotice(this, QStringLiteral("Zelvan Display"));
-}
-
-void PlaceholderDisplay::showForm() {
-    move(500, 0);  // beside the main window
-    show();
-}
-
-void PlaceholderDisplay::hideForm() {
-    if (m_tavo.view) m_tavo.view->showOutDWValue(0);
-    hide();
 }
 
 }  // namespace zelvan

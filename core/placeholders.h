@@ -1,5 +1,5 @@
 #pragma once
-// Stand-ins for the input windows and the display window until they are built.
+// Stand-ins for the input windows that are not built yet.
 // Each obeys the filter contract and the calls that start-up and shutdown
 // make, and says in its window that it is a placeholder.
 
@@ -21,19 +21,6 @@ class PlaceholderFilter : public QWidget, public InputFilter {
 
   private:
     FilterKind m_kind;
-    Tavo& m_tavo;
-};
-
-class PlaceholderDisplay : public QWidget, public DisplayOutput {
-  public:
-    explicit PlaceholderDisplay(Tavo& tavo);
-    void showForm() override;
-    void hideForm() override;
-    void doInput(std::int16_t, const std::string&) override {}
-    void showStartupBarker(bool) override {}
-    void DWErase() override {}
-
-  private:
     Tavo& m_tavo;
 };
 
