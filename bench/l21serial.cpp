@@ -16,10 +16,6 @@
 namespace zelvan {
 namespace {
 
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
 // Keeps the pane texts, as the window does.
 struct PaneView : L21SerialView {
     void messageBox(const std::string&, const std::string&) override {}

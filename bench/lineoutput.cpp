@@ -12,28 +12,10 @@
 #include "display/lineoutput.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/rowsfilter.h"
 
 namespace zelvan {
 namespace {
-
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
-// Three caption rows at the bottom of the 15, as a decoder leaves a pop-on caption.
-struct CaptionFilter : InputFilter {
-    void showForm() override {}
-    void hideForm() override {}
-    std::int16_t filterEntry(const std::string&, std::string& out) override {
-        out.clear();
-        return kStyleNothing;
-    }
-    std::string getExternalText(std::int16_t i) override {
-        return i >= 1 && i <= 15 ? rows[static_cast<std::size_t>(i)] : std::string();
-    }
-    std::string getExternalTextTrimmed(std::int16_t i) override { return getExternalText(i); }
-    std::array<std::string, 16> rows{};
-};
 
 struct Bench {
     Bench() {
@@ -48,7 +30,7 @@ struct Bench {
     MemorySettingsStore store;
     SilentTone tone;
     Tavo tavo{dispatch, store, tone};
-    CaptionFilter filter;
+    testing::RowsFilter filter;
     NullDisplayLink link;
     LineOutput out{tavo, link};
 };

@@ -9,22 +9,10 @@
 #include "platform/fakeserialport.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
-
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
-struct QuietView : SerialLinkView {
-    void messageBox(const std::string&, const std::string&) override {}
-    void alert(const std::string&, const std::string&) override {}
-    void setOpenCaption(const std::string&) override {}
-    void setSetupCaption(const std::string&) override {}
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-};
 
 void BM_ReceiveBurst(benchmark::State& state) {
     VirtualDispatch dispatch;
@@ -32,7 +20,7 @@ void BM_ReceiveBurst(benchmark::State& state) {
     SilentTone tone;
     Tavo tavo(dispatch, store, tone);
     FakeSerialPort port(dispatch);
-    QuietView view;
+    testing::RecordingLinkView view;
     SerialLink link(kL21Link, port, tavo, view);
     link.openPort();
     const std::string burst(static_cast<std::size_t>(state.range(0)), '\x41');

@@ -14,22 +14,10 @@
 #include "platform/fakeserialport.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
-
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
-struct NullLinkView : SerialLinkView {
-    void messageBox(const std::string&, const std::string&) override {}
-    void alert(const std::string&, const std::string&) override {}
-    void setOpenCaption(const std::string&) override {}
-    void setSetupCaption(const std::string&) override {}
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-};
 
 struct NullConsoleView : ConsoleView {
     void showBox(ConsoleBox, bool) override {}
@@ -48,7 +36,7 @@ struct Harness {
     SilentTone tone;
     Tavo tavo{dispatch, store, tone};
     FakeSerialPort port{dispatch};
-    NullLinkView linkView;
+    testing::RecordingLinkView linkView;
     NullConsoleView view;
     DisplayConsole console{tavo, port, linkView, view};
     SignModel sign;

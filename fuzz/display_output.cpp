@@ -16,28 +16,11 @@
 #include "display/signmodel.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/rowsfilter.h"
 
 namespace {
 
 using namespace zelvan;
-
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
-struct FuzzFilter : InputFilter {
-    void showForm() override {}
-    void hideForm() override {}
-    std::int16_t filterEntry(const std::string&, std::string& out) override {
-        out.clear();
-        return kStyleNothing;
-    }
-    std::string getExternalText(std::int16_t i) override {
-        return i >= 1 && i <= 15 ? rows[static_cast<std::size_t>(i)] : std::string();
-    }
-    std::string getExternalTextTrimmed(std::int16_t i) override { return getExternalText(i); }
-    std::array<std::string, 16> rows{};
-};
 
 struct Reader {
     const std::uint8_t* data;
@@ -66,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     MemorySettingsStore store;
     SilentTone tone;
     Tavo tavo(dispatch, store, tone);
-    FuzzFilter filter;
+    testing::RowsFilter filter;
     tavo.bInTDS = true;
     tavo.frmInTDS = &filter;
     RecordingDisplayLink link;

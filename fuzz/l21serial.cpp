@@ -19,10 +19,6 @@
 namespace zelvan {
 namespace {
 
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
 struct QuietView : L21SerialView {
     void messageBox(const std::string&, const std::string&) override {}
     void alert(const std::string&, const std::string&) override {}

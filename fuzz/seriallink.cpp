@@ -18,10 +18,6 @@
 namespace zelvan {
 namespace {
 
-struct SilentTone : Tone {
-    void play(int, int) override {}
-};
-
 struct CountingView : SerialLinkView {
     void messageBox(const std::string&, const std::string&) override { ++boxes; }
     void alert(const std::string&, const std::string&) override { ++alerts; }

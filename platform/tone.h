@@ -10,4 +10,11 @@ class Tone {
     virtual void play(int hz, int ms) = 0;
 };
 
+// No sound and no time taken: for benchmarks and fuzzing, where a beep would
+// only stand in the way.
+class SilentTone : public Tone {
+  public:
+    void play(int, int) override {}
+};
+
 }  // namespace zelvan

@@ -11,6 +11,7 @@
 
 #include "display/lineoutput.h"
 #include "support/fakes.h"
+#include "support/rowsfilter.h"
 
 namespace zelvan::testing {
 
@@ -35,25 +36,6 @@ inline std::string frameName(const std::string& f) {
     return "row " + std::to_string(f[2] - 0x1F) + " col " + std::to_string(f[3] - 0x1F) + " |" +
            f.substr(4, f.size() - 5) + "|";
 }
-
-class RowsFilter : public InputFilter {
-  public:
-    void showForm() override {}
-    void hideForm() override {}
-    std::int16_t filterEntry(const std::string&, std::string& out) override {
-        out.clear();
-        return kStyleNothing;
-    }
-    // Without trailing blanks, as every filter serves its rows.
-    std::string getExternalText(std::int16_t i) override {
-        if (i < 1 || i > 15) return std::string();
-        const std::string& row = rows[static_cast<std::size_t>(i)];
-        return row.substr(0, row.find_last_not_of(' ') + 1);
-    }
-    std::string getExternalTextTrimmed(std::int16_t i) override { return getExternalText(i); }
-
-    std::array<std::string, 16> rows;  // 1 to 15
-};
 
 struct EngineRig {
     EngineRig() {
