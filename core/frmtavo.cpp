@@ -188,22 +188,35 @@ void frmTavo::showOutDWValue(int value) {
     chkOutDW->setChecked(value == 1);
 }
 
+// Every queued byte sets the count: the box shows it once the burst is
+// drained.
 void frmTavo::setTotChars(const std::string& text) {
-    txtTotChars->setText(toQString(text));
+    m_totChars = text;
+    m_labels.request();
 }
 
 void frmTavo::doStatus(const std::string& text) {
-    m_statusPanel->setText(toQString(text));
+    m_status = text;
+    m_labels.request();
+}
+
+void frmTavo::showLabels() {
+    const QString count = toQString(m_totChars);
+    if (txtTotChars->text() != count) txtTotChars->setText(count);
+    const QString status = toQString(m_status);
+    if (m_statusPanel->text() != status) m_statusPanel->setText(status);
 }
 
 QString frmTavo::readHistoryText() const {
     m_read->flush();
     return m_read->widget()->toPlainText();
 }
-QString frmTavo::totCharsText() const {
+QString frmTavo::totCharsText() {
+    m_labels.flush();
     return txtTotChars->text();
 }
-QString frmTavo::statusText() const {
+QString frmTavo::statusText() {
+    m_labels.flush();
     return m_statusPanel->text();
 }
 QRadioButton* frmTavo::optionButton(FilterKind kind) const {

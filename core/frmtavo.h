@@ -9,6 +9,7 @@
 #include "core/mainconsole.h"
 #include "core/mainview.h"
 #include "core/qthistorypane.h"
+#include "platform/deferredrefresh.h"
 
 class QCheckBox;
 class QGroupBox;
@@ -37,8 +38,8 @@ class frmTavo : public QMainWindow, public MainView {
 
     // For tests and screenshots: what the operator reads.
     QString readHistoryText() const;
-    QString totCharsText() const;
-    QString statusText() const;
+    QString totCharsText();
+    QString statusText();
     QRadioButton* optionButton(FilterKind kind) const;
 
   protected:
@@ -50,6 +51,7 @@ class frmTavo : public QMainWindow, public MainView {
     void formLoad();
     void selectFromMenu(FilterKind kind);
     void showHelp();
+    void showLabels();
 
     Tavo& m_tavo;
     Shell& m_shell;
@@ -70,6 +72,9 @@ class frmTavo : public QMainWindow, public MainView {
     QLabel* lblControlCodes = nullptr;
     QPushButton* cmdExit = nullptr;
     QLabel* m_statusPanel = nullptr;
+    // The count and the status line as the pipeline last set them.
+    std::string m_totChars, m_status;
+    DeferredRefresh m_labels{[this] { showLabels(); }};
     // Flags behind the hidden output boxes; nothing reads them.
     bool bOutQT = false, bOutRT = false, bOutWT = false;
 };

@@ -2,7 +2,6 @@
 
 #include <QFontDatabase>
 #include <QScrollBar>
-#include <QTimer>
 
 #include "platform/qtext.h"
 
@@ -15,10 +14,6 @@ namespace {
 // of the pane's width keep each insert cheap.
 constexpr int kLineWidth = 56;
 
-// A moment after the burst: long enough that a turn ended early by a null
-// byte drains the rest of its caption before the widget takes the text.
-constexpr int kRefreshMs = 2;
-
 }  // namespace
 
 QtHistoryPane::QtHistoryPane(QWidget* parent) : m_edit(new QPlainTextEdit(parent)) {
@@ -27,19 +22,18 @@ QtHistoryPane::QtHistoryPane(QWidget* parent) : m_edit(new QPlainTextEdit(parent
     m_edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 }
 
-// The capture loop drains a burst in one turn; the widget takes it a moment
-// later in one edit, so a caption's frames never wait for the layout.
+// The widget takes a drained burst a moment later, in one edit.
 void QtHistoryPane::insertText(const std::string& bytes) {
     if (m_pending.empty() || !(m_pending.back().color == m_color))
         m_pending.push_back({m_color, {}});
     m_pending.back().text += bytes;
     m_length += static_cast<long>(bytes.size());
-    scheduleFlush();
+    m_refresh.request();
 }
 
 void QtHistoryPane::moveCaretToEnd() {
     m_scrollPending = true;
-    scheduleFlush();
+    m_refresh.request();
 }
 
 void QtHistoryPane::clear() {
@@ -49,14 +43,7 @@ void QtHistoryPane::clear() {
     m_lineLength = 0;
 }
 
-void QtHistoryPane::scheduleFlush() {
-    if (m_flushScheduled) return;
-    m_flushScheduled = true;
-    QTimer::singleShot(kRefreshMs, m_edit, [this] { flush(); });
-}
-
-void QtHistoryPane::flush() {
-    m_flushScheduled = false;
+void QtHistoryPane::applyPending() {
     for (const Run& run : m_pending) appendToWidget(run);
     m_pending.clear();
     if (m_scrollPending) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/historypane.h"
+#include "platform/deferredrefresh.h"
 
 namespace zelvan {
 
@@ -23,15 +24,15 @@ class QtHistoryPane : public HistoryPane {
     long length() const override { return m_length; }
     void clear() override;
 
-    // Puts what was inserted since the last turn of the event loop into the widget.
-    void flush();
+    // Puts what is waiting into the widget at once.
+    void flush() { m_refresh.flush(); }
 
   private:
     struct Run {
         Rgb color;
         std::string text;
     };
-    void scheduleFlush();
+    void applyPending();
     void appendToWidget(const Run& run);
 
     QPlainTextEdit* m_edit;
@@ -39,8 +40,8 @@ class QtHistoryPane : public HistoryPane {
     long m_length = 0;
     int m_lineLength = 0;  // characters in the widget's last line
     std::vector<Run> m_pending;
-    bool m_flushScheduled = false;
     bool m_scrollPending = false;
+    DeferredRefresh m_refresh{[this] { applyPending(); }};
 };
 
 }  // namespace zelvan

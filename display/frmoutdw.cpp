@@ -267,11 +267,13 @@ void frmOutDW::pendingEdited() {
 // Positions in the box count a line break as one character, in the pending
 // text as two.
 void frmOutDW::luckyCharm() {
+    m_pendingRefresh.flush();
     const QTextCursor cursor = tbPending->textCursor();
     const QString text = tbPending->toPlainText();
     const std::size_t start = fromBoxText(text.left(cursor.selectionStart())).size();
     const std::size_t end = fromBoxText(text.left(cursor.selectionEnd())).size();
     const std::size_t caret = m_console.cmdLuckyCharm_Click(start, end - start);
+    m_pendingRefresh.flush();
     QTextCursor moved = tbPending->textCursor();
     moved.setPosition(static_cast<int>(toBoxText(m_console.pendingText().substr(0, caret)).size()));
     tbPending->setTextCursor(moved);
@@ -308,7 +310,12 @@ void frmOutDW::showLinesText(const std::string& text) {
 }
 
 void frmOutDW::showPending(const std::string& text) {
-    const QString shown = toBoxText(text);
+    m_pendingText = text;
+    m_pendingRefresh.request();
+}
+
+void frmOutDW::showPendingNow() {
+    const QString shown = toBoxText(m_pendingText);
     if (tbPending->toPlainText() == shown) return;
     const QSignalBlocker hold(tbPending);
     tbPending->setPlainText(shown);

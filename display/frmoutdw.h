@@ -10,6 +10,7 @@
 #include "core/displayoutput.h"
 #include "core/mainview.h"
 #include "display/console.h"
+#include "platform/deferredrefresh.h"
 #include "platform/qtserialport.h"
 
 class QCheckBox;
@@ -74,6 +75,7 @@ class frmOutDW : public QMainWindow,
     void bindBox(QCheckBox* box, const char* name, ConsoleBox which);
     QPushButton* button(const char* name, const char* caption, const std::function<void()>& action);
     void pendingEdited();
+    void showPendingNow();
     void luckyCharm();
     std::string clipboardText() const;
 
@@ -103,6 +105,10 @@ class frmOutDW : public QMainWindow,
     QScrollBar* VScrollLines = nullptr;
     QLabel* m_statusPanel = nullptr;
     std::array<QCheckBox*, kConsoleBoxes> m_boxes{};
+    // The engine sets the pending text at every byte; the box takes the latest
+    // once the caption's frames are out.
+    std::string m_pendingText;
+    DeferredRefresh m_pendingRefresh{[this] { showPendingNow(); }};
 };
 
 }  // namespace zelvan

@@ -11,7 +11,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -292,29 +291,18 @@ void frmL21Serial::hideWindow() {
 }
 
 void frmL21Serial::setDMText(const std::string& text) {
-    setPaneText(rtbDM, m_dmText, text);
+    m_dmText = text;
+    m_dmRefresh.request();
 }
 
 void frmL21Serial::setNMText(const std::string& text) {
-    setPaneText(rtbNM, m_nmText, text);
+    m_nmText = text;
+    m_nmRefresh.request();
 }
 
-// The decoder refreshes both panes at every byte of the active channel. A pane
-// takes the latest text a moment later (kPaneRefreshMs), once the burst is
-// decoded and its frames are out, and only if the text changed: laying out a
-// pane at every byte would hold up the captions.
-constexpr int kPaneRefreshMs = 2;
-
-void frmL21Serial::setPaneText(QPlainTextEdit* pane, PaneText& text, const std::string& wanted) {
-    text.wanted = wanted;
-    if (text.scheduled) return;
-    text.scheduled = true;
-    QTimer::singleShot(kPaneRefreshMs, pane, [pane, &text] {
-        text.scheduled = false;
-        if (text.wanted == text.shown) return;
-        text.shown = text.wanted;
-        pane->setPlainText(toQString(text.shown));
-    });
+void frmL21Serial::showPaneText(QPlainTextEdit* pane, const std::string& text) {
+    const QString shown = toQString(text);
+    if (pane->toPlainText() != shown) pane->setPlainText(shown);
 }
 
 void frmL21Serial::showChannel(std::int16_t index) {

@@ -12,6 +12,7 @@
 
 #include "core/mainview.h"
 #include "line21/l21serialinput.h"
+#include "platform/deferredrefresh.h"
 #include "platform/qtserialport.h"
 
 class QLabel;
@@ -86,11 +87,7 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     void layOutControls();
     void bindControls();
     void cmdPortSetup_Click();
-    struct PaneText {
-        std::string shown, wanted;
-        bool scheduled = false;
-    };
-    void setPaneText(QPlainTextEdit* pane, PaneText& text, const std::string& wanted);
+    static void showPaneText(QPlainTextEdit* pane, const std::string& text);
 
     Shell& m_shell;
     // The port outlives the link inside the logic, which unhooks its events.
@@ -98,8 +95,11 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     std::unique_ptr<L21SerialInput> m_input;
     // Writes into the link of m_input, so it goes first.
     std::unique_ptr<frmSerialConfig> m_setup;
-    // What the panes show and are to show at the next turn of the event loop.
-    PaneText m_dmText, m_nmText;
+    // The decoder sets both memories at every byte of the active channel; each
+    // pane takes the latest text once the burst is decoded and its frames are out.
+    std::string m_dmText, m_nmText;
+    DeferredRefresh m_dmRefresh{[this] { showPaneText(rtbDM, m_dmText); }};
+    DeferredRefresh m_nmRefresh{[this] { showPaneText(rtbNM, m_nmText); }};
 };
 
 }  // namespace zelvan

@@ -64,11 +64,13 @@ class ProgramRig {
         return false;
     }
 
-    bool waitUntil(const std::function<bool()>& done, int ms) {
+    // pollMs 0 spins instead of sleeping between reads: a measurement that
+    // sleeps adds the machine's own wake-up time to the program's.
+    bool waitUntil(const std::function<bool()>& done, int ms, int pollMs = 20) {
         const auto deadline = Clock::now() + std::chrono::milliseconds(ms);
         while (!done()) {
             if (Clock::now() > deadline) return false;
-            readSign(20);
+            readSign(pollMs);
         }
         return true;
     }

@@ -70,7 +70,9 @@ TEST_F(DisplayWindowTest, CaptionsReachTheSignAsFramesAndHideFormClosesTheLine) 
     readSign(model, 6 + 1 + 3 + 1 + 1);  // dim, three cleared rows, the row, bright
     EXPECT_EQ(model.rowThroughReflector(1), "HELLO \x7F" + std::string(25, ' '));
     EXPECT_EQ(model.strayBytes + model.unknownFrames, 0) << model.dump();
-    EXPECT_EQ(child<QPlainTextEdit>("tbPending")->toPlainText(), QStringLiteral("HELLO \u2022"));
+    EXPECT_TRUE(waitFor([&] {
+        return child<QPlainTextEdit>("tbPending")->toPlainText() == QStringLiteral("HELLO \u2022");
+    }));
 
     // What hideForm does is the console's (its own tests); here it closes the line.
     window->hideForm();
