@@ -76,8 +76,6 @@ struct ConsoleTest : ::testing::Test {
     std::size_t beeps() const { return rig.tone.tones.size() / 2; }
 };
 
-// --- defaults ---
-
 // --- the rows in use ---
 
 TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {

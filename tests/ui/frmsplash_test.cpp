@@ -1,10 +1,9 @@
-// The splash: a key ends the start-up wait at once; the About box has no limit.
+// The splash: a key ends the start-up wait at once.
 
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QTimer>
 
 #include "support/frmsplash.h"
@@ -25,17 +24,6 @@ TEST(Splash, AKeyEndsTheStartUpWaitAtOnce) {
     splash.exec();
     EXPECT_LT(clock.elapsed(), 4000);
     EXPECT_FALSE(splash.isVisible());
-}
-
-TEST(Splash, TheAboutBoxHasNoTimeLimitAndShowsTheVersion) {
-    frmSplash about;
-    about.show();
-    EXPECT_FALSE(about.timerSplashGoAway.isActive());
-    EXPECT_EQ(about.windowTitle(), QStringLiteral("About QintraZelvan"));
-    bool versionShown = false;
-    for (auto* label : about.findChildren<QLabel*>())
-        versionShown |= label->text() == QStringLiteral("Version 1.0.0");
-    EXPECT_TRUE(versionShown);
 }
 
 }  // namespace

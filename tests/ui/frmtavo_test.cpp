@@ -1,14 +1,11 @@
-// The main window for real: what the operator sees of queued bytes, the
-// controls' states, and E X I T writing the settings file.
+// The main window for real: what the operator sees of queued bytes, and
+// E X I T writing the settings file.
 
 #include <gtest/gtest.h>
-#include <QCheckBox>
 #include <QDir>
 #include <QFile>
-#include <QGroupBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QStandardPaths>
 
 #include "core/frmtavo.h"
@@ -41,26 +38,6 @@ TEST_F(MainWindowTest, QueuedBytesArriveInRawInputWithControlBytesInRed) {
     EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
     cursor.setPosition(2);  // just after "Hi"
     EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0));
-}
-
-TEST_F(MainWindowTest, ControlsStandAsTheOperatorIsMeantToSeeThem) {
-    window.show();
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Zelvan 21"));
-    auto* frame = child<QRadioButton>("obIFL21Serial")->parentWidget();
-    EXPECT_EQ(frame->height(), 57);  // room for two option buttons only
-    auto* ascii = child<QRadioButton>("obIFAscii");
-    EXPECT_TRUE(ascii->isEnabled());
-    EXPECT_GE(ascii->y(), frame->height());  // below the frame's edge, out of sight
-    for (const char* hidden : {"obIFKey", "obIFTDS"}) {
-        EXPECT_FALSE(child<QRadioButton>(hidden)->isVisible()) << hidden;
-        EXPECT_FALSE(child<QRadioButton>(hidden)->isEnabled()) << hidden;
-    }
-    EXPECT_FALSE(child<QCheckBox>("chkOutDW")->isEnabled());
-    EXPECT_FALSE(child<QPlainTextEdit>("rtbRawHistory")->isVisible());
-    EXPECT_EQ(window.minimumSize(), window.maximumSize());  // the operator can't resize it
-    auto* exitButton = child<QPushButton>("cmdExit");
-    EXPECT_EQ(exitButton->text(), QStringLiteral("E X I T"));
-    EXPECT_LE(exitButton->geometry().bottom(), window.centralWidget()->height());
 }
 
 TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
