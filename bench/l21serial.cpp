@@ -11,27 +11,11 @@
 #include "platform/fakeserialport.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/recordinglinkview.h"
 #include "tests/support/sccreader.h"
 
 namespace zelvan {
 namespace {
-
-// Keeps the pane texts, as the window does.
-struct PaneView : L21SerialView {
-    void messageBox(const std::string&, const std::string&) override {}
-    void alert(const std::string&, const std::string&) override {}
-    void setOpenCaption(const std::string&) override {}
-    void setSetupCaption(const std::string&) override {}
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-    void placeWindow() override {}
-    void showWindow() override {}
-    void hideWindow() override {}
-    void setDMText(const std::string& text) override { dm = text; }
-    void setNMText(const std::string& text) override { nm = text; }
-    void showChannel(std::int16_t) override {}
-    std::string dm, nm;
-};
 
 void BM_CaptureTurnPerCaptionLine(benchmark::State& state) {
     const auto lines = testing::readScc(ZELVAN_SAMPLES_DIR "/news-2018-12-17-popon.scc");
@@ -45,7 +29,7 @@ void BM_CaptureTurnPerCaptionLine(benchmark::State& state) {
     Tavo tavo(dispatch, store, tone);
     FakeSerialPort port(dispatch);
     InL21 memory;
-    PaneView view;
+    testing::RecordingL21SerialView view;
     L21SerialInput input(tavo, memory, port, view);
     // As showForm leaves it, without entering the loop: the benchmark turns it.
     input.link().openPort();

@@ -15,25 +15,10 @@
 #include "platform/fakeserialport.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
-
-struct QuietView : L21SerialView {
-    void messageBox(const std::string&, const std::string&) override {}
-    void alert(const std::string&, const std::string&) override {}
-    void setOpenCaption(const std::string& c) override { caption = c; }
-    void setSetupCaption(const std::string&) override {}
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-    void placeWindow() override {}
-    void showWindow() override {}
-    void hideWindow() override {}
-    void setDMText(const std::string& text) override { dm = text; }
-    void setNMText(const std::string& text) override { nm = text; }
-    void showChannel(std::int16_t) override {}
-    std::string caption = kCaptionOpen, dm, nm;
-};
 
 struct Harness {
     VirtualDispatch dispatch;
@@ -42,7 +27,7 @@ struct Harness {
     Tavo tavo{dispatch, store, tone};
     FakeSerialPort port{dispatch};
     InL21 memory;
-    QuietView view;
+    testing::RecordingL21SerialView view;
     L21SerialInput input{tavo, memory, port, view};
 
     void pressTestButton(std::uint8_t which) {
@@ -125,7 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     while (!done) h.dispatch.yieldOrWait();
     h.dispatch.yield();  // the close's state event
     if (h.tavo.captureDepth != 0 || h.port.openState() != 0) std::abort();
-    if (h.view.caption != kCaptionOpen || h.memory.view != nullptr) std::abort();
+    if (h.view.openCaption != kCaptionOpen || h.memory.view != nullptr) std::abort();
     const std::int32_t counted = h.tavo.totalChars;
     h.dispatch.advance(60000);
     if (h.tavo.totalChars != counted || h.input.TimerFlushTimer().enabled()) std::abort();

@@ -14,20 +14,10 @@
 #include "platform/fakeserialport.h"
 #include "platform/settingsstore.h"
 #include "platform/virtualdispatch.h"
+#include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
-
-struct CountingView : SerialLinkView {
-    void messageBox(const std::string&, const std::string&) override { ++boxes; }
-    void alert(const std::string&, const std::string&) override { ++alerts; }
-    void setOpenCaption(const std::string& c) override { caption = c; }
-    void setSetupCaption(const std::string&) override {}
-    void showReminder(bool) override {}
-    void setNotice(const std::string&) override {}
-    std::string caption = kCaptionOpen;
-    int boxes = 0, alerts = 0;
-};
 
 struct Harness {
     VirtualDispatch dispatch;
@@ -35,7 +25,7 @@ struct Harness {
     SilentTone tone;
     Tavo tavo{dispatch, store, tone};
     FakeSerialPort port{dispatch};
-    CountingView view;
+    testing::RecordingLinkView view;
     SerialLink link;
 
     explicit Harness(const LinkProfile& profile) : link(profile, port, tavo, view) {}
@@ -117,6 +107,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     h.dispatch.advance(60000);
     h.dispatch.yield();  // events posted by the last scheduled call
     const bool open = h.link.isPortOpen();
-    if (h.view.caption != (open ? kCaptionClose : kCaptionOpen)) std::abort();
+    if (h.view.openCaption != (open ? kCaptionClose : kCaptionOpen)) std::abort();
     return 0;
 }

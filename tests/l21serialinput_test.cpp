@@ -20,25 +20,6 @@ namespace {
 using testing::Log;
 using testing::Rig;
 
-// The window as the logic sees it, recorded: what it was asked in order, and
-// what its panes show now.
-struct RecordingL21SerialView : testing::RecordingLinkViewOf<L21SerialView> {
-    void placeWindow() override { calls.push_back("place"); }
-    void showWindow() override {
-        calls.push_back("show");
-        visible = true;
-    }
-    void hideWindow() override { visible = false; }
-    void setDMText(const std::string& text) override { dm = text; }
-    void setNMText(const std::string& text) override { nm = text; }
-    void showChannel(std::int16_t index) override {
-        calls.push_back("channel:" + std::to_string(index));
-    }
-
-    std::string dm, nm;
-    bool visible = false;
-};
-
 const std::string kBlankBank = InL21().memoryText(1);
 
 const std::string kPopOnHi = testing::popOnCaption("Hi");
@@ -51,7 +32,7 @@ struct L21SerialTest : ::testing::Test {
     Tavo& tavo = rig.tavo;
     FakeSerialPort port{rig.dispatch};
     InL21 memory;
-    RecordingL21SerialView view;
+    testing::RecordingL21SerialView view;
     testing::CaptionRecorder display{rig.tavo};
     std::unique_ptr<L21SerialInput> input;
 

@@ -1,12 +1,13 @@
 #pragma once
 // A serial link's window, recorded: its messages, captions and notices, and
-// in `calls` the messages and setup captions in the order they came. A window
-// with more to it (the decoder's) records through the same base.
+// in `calls` the messages and setup captions in the order they came. The
+// decoder's window records its own calls and panes through the same base.
 
 #include <string>
 #include <vector>
 
 #include "display/seriallink.h"
+#include "line21/l21serialinput.h"
 
 namespace zelvan::testing {
 
@@ -36,5 +37,24 @@ struct RecordingLinkViewOf : View {
 };
 
 using RecordingLinkView = RecordingLinkViewOf<SerialLinkView>;
+
+// The window as the logic sees it, recorded: what it was asked in order, and
+// what its panes show now.
+struct RecordingL21SerialView : RecordingLinkViewOf<L21SerialView> {
+    void placeWindow() override { calls.push_back("place"); }
+    void showWindow() override {
+        calls.push_back("show");
+        visible = true;
+    }
+    void hideWindow() override { visible = false; }
+    void setDMText(const std::string& text) override { dm = text; }
+    void setNMText(const std::string& text) override { nm = text; }
+    void showChannel(std::int16_t index) override {
+        calls.push_back("channel:" + std::to_string(index));
+    }
+
+    std::string dm, nm;
+    bool visible = false;
+};
 
 }  // namespace zelvan::testing
