@@ -43,8 +43,14 @@ void QtHistoryPane::clear() {
     m_lineLength = 0;
 }
 
+// One edit block: the pane is laid out once for the whole burst, not once per
+// colour run.
 void QtHistoryPane::applyPending() {
-    for (const Run& run : m_pending) appendToWidget(run);
+    QTextCursor cursor(m_edit->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.beginEditBlock();
+    for (const Run& run : m_pending) appendRun(cursor, run);
+    cursor.endEditBlock();
     m_pending.clear();
     if (m_scrollPending) {
         m_edit->moveCursor(QTextCursor::End);
@@ -53,11 +59,9 @@ void QtHistoryPane::applyPending() {
     }
 }
 
-void QtHistoryPane::appendToWidget(const Run& run) {
+void QtHistoryPane::appendRun(QTextCursor& cursor, const Run& run) {
     QTextCharFormat format;
     format.setForeground(QColor(run.color.r, run.color.g, run.color.b));
-    QTextCursor cursor(m_edit->document());
-    cursor.movePosition(QTextCursor::End);
     std::string segment;
     for (char c : run.text) {
         const bool lineEnd = c == '\n' || c == '\r';

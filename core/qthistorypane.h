@@ -33,7 +33,7 @@ class QtHistoryPane : public HistoryPane {
         std::string text;
     };
     void applyPending();
-    void appendToWidget(const Run& run);
+    void appendRun(QTextCursor& cursor, const Run& run);
 
     QPlainTextEdit* m_edit;
     Rgb m_color = kBlack;
