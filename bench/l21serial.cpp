@@ -6,11 +6,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "core/tavo.h"
 #include "line21/l21serialinput.h"
-#include "platform/fakeserialport.h"
-#include "platform/settingsstore.h"
-#include "platform/virtualdispatch.h"
+#include "tests/support/quietprogram.h"
 #include "tests/support/recordinglinkview.h"
 #include "tests/support/sccreader.h"
 
@@ -23,11 +20,8 @@ void BM_CaptureTurnPerCaptionLine(benchmark::State& state) {
         state.SkipWithError("no sample");
         return;
     }
-    VirtualDispatch dispatch;
-    MemorySettingsStore store;
-    SilentTone tone;
-    Tavo tavo(dispatch, store, tone);
-    FakeSerialPort port(dispatch);
+    testing::QuietProgram program;
+    auto& [dispatch, store, tone, tavo, port] = program;
     InL21 memory;
     testing::RecordingL21SerialView view;
     L21SerialInput input(tavo, memory, port, view);

@@ -4,22 +4,16 @@
 
 #include <benchmark/benchmark.h>
 
-#include "core/tavo.h"
 #include "display/seriallink.h"
-#include "platform/fakeserialport.h"
-#include "platform/settingsstore.h"
-#include "platform/virtualdispatch.h"
+#include "tests/support/quietprogram.h"
 #include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
 
 void BM_ReceiveBurst(benchmark::State& state) {
-    VirtualDispatch dispatch;
-    MemorySettingsStore store;
-    SilentTone tone;
-    Tavo tavo(dispatch, store, tone);
-    FakeSerialPort port(dispatch);
+    testing::QuietProgram program;
+    auto& [dispatch, store, tone, tavo, port] = program;
     testing::RecordingLinkView view;
     SerialLink link(kL21Link, port, tavo, view);
     link.openPort();

@@ -8,12 +8,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "core/tavo.h"
 #include "display/console.h"
 #include "display/signmodel.h"
-#include "platform/fakeserialport.h"
-#include "platform/settingsstore.h"
-#include "platform/virtualdispatch.h"
+#include "tests/support/quietprogram.h"
 #include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
@@ -30,12 +27,7 @@ struct NullConsoleView : ConsoleView {
     void hideWindow() override {}
 };
 
-struct Harness {
-    VirtualDispatch dispatch;
-    MemorySettingsStore store;
-    SilentTone tone;
-    Tavo tavo{dispatch, store, tone};
-    FakeSerialPort port{dispatch};
+struct Harness : testing::QuietProgram {
     testing::RecordingLinkView linkView;
     NullConsoleView view;
     DisplayConsole console{tavo, port, linkView, view};

@@ -10,22 +10,14 @@
 #include <cstdlib>
 #include <string>
 
-#include "core/tavo.h"
 #include "line21/l21serialinput.h"
-#include "platform/fakeserialport.h"
-#include "platform/settingsstore.h"
-#include "platform/virtualdispatch.h"
+#include "tests/support/quietprogram.h"
 #include "tests/support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
 
-struct Harness {
-    VirtualDispatch dispatch;
-    MemorySettingsStore store;
-    SilentTone tone;
-    Tavo tavo{dispatch, store, tone};
-    FakeSerialPort port{dispatch};
+struct Harness : testing::QuietProgram {
     InL21 memory;
     testing::RecordingL21SerialView view;
     L21SerialInput input{tavo, memory, port, view};
