@@ -6,15 +6,14 @@
 #include <algorithm>
 #include <string>
 
+#include "core/sccreader.h"
 #include "line21/inl21.h"
-#include "tests/support/sccreader.h"
 
 namespace {
 
 // The 7-bit stream as drainQueue hands it on: the padding nulls never reach a filter.
 std::string recordedStream(const char* file) {
-    std::string stream =
-        zelvan::testing::readSccStream(std::string(ZELVAN_SAMPLES_DIR) + "/" + file);
+    std::string stream = zelvan::readSccFile(std::string(ZELVAN_SAMPLES_DIR) + "/" + file).stream();
     stream.erase(std::remove(stream.begin(), stream.end(), '\0'), stream.end());
     return stream;
 }

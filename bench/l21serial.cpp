@@ -6,18 +6,18 @@
 
 #include <benchmark/benchmark.h>
 
+#include "core/sccreader.h"
 #include "line21/l21serialinput.h"
-#include "tests/support/quietprogram.h"
-#include "tests/support/recordinglinkview.h"
-#include "tests/support/sccreader.h"
+#include "support/quietprogram.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
 
 void BM_CaptureTurnPerCaptionLine(benchmark::State& state) {
-    const auto lines = testing::readScc(ZELVAN_SAMPLES_DIR "/news-2018-12-17-popon.scc");
+    const auto lines = readSccFile(ZELVAN_SAMPLES_DIR "/news-2018-12-17-popon.scc").lines;
     if (lines.empty()) {
-        state.SkipWithError("no sample");
+        state.SkipWithError("missing " ZELVAN_SAMPLES_DIR "/news-2018-12-17-popon.scc");
         return;
     }
     testing::QuietProgram program;
@@ -34,7 +34,7 @@ void BM_CaptureTurnPerCaptionLine(benchmark::State& state) {
     std::size_t next = 0;
     std::int64_t bytes = 0;
     for (auto _ : state) {
-        const std::string& line = lines[next].bytes;
+        const std::string line = lines[next].bytes();
         next = (next + 1) % lines.size();
         port.deliver(line);
         tavo.pollInput();

@@ -11,8 +11,9 @@
 #include "core/tavo.h"
 #include "display/lineoutput.h"
 #include "platform/settingsstore.h"
-#include "platform/virtualdispatch.h"
-#include "tests/support/rowsfilter.h"
+#include "support/memorysettingsstore.h"
+#include "support/rowsfilter.h"
+#include "support/virtualdispatch.h"
 
 namespace zelvan {
 namespace {

@@ -22,7 +22,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/programrig.h"
+#include "support/programrig.h"
 
 using zelvan::testing::popOnCaption;
 using zelvan::testing::ProgramRig;

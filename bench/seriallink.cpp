@@ -5,8 +5,8 @@
 #include <benchmark/benchmark.h>
 
 #include "display/seriallink.h"
-#include "tests/support/quietprogram.h"
-#include "tests/support/recordinglinkview.h"
+#include "support/quietprogram.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {

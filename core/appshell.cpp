@@ -20,6 +20,7 @@ void AppShell::setBusyPointer(bool busy) {
 }
 
 void AppShell::showSplash() {
+    if (m_skipSplash) return;
     frmSplash splash;
     splash.timerSplashGoAway.setInterval(5000);
     splash.timerSplashGoAway.start();

@@ -21,12 +21,16 @@ class AppShell : public Shell {
     void endProcess() override;
 
     frmTavo* mainWindow() const { return m_main; }
+    // "--no-splash" on the command line: start at once, for a restart during a
+    // showing and for the end-to-end tests.
+    void skipSplash(bool skip) { m_skipSplash = skip; }
 
   private:
     frmTavo* m_main = nullptr;
     // The one caption memory, shared by the two line-21 filters.
     InL21 m_inL21;
     bool m_busy = false;
+    bool m_skipSplash = false;
 };
 
 }  // namespace zelvan

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     zelvan::AlsaTone tone;
     zelvan::Tavo tavo(dispatch, store, tone);
     zelvan::AppShell shell;
+    shell.skipSplash(QApplication::arguments().contains(QStringLiteral("--no-splash")));
     tavo.startup(shell);
     return QApplication::exec();
 }

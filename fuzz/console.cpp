@@ -10,8 +10,8 @@
 
 #include "display/console.h"
 #include "display/signmodel.h"
-#include "tests/support/quietprogram.h"
-#include "tests/support/recordinglinkview.h"
+#include "support/quietprogram.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {

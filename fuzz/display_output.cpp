@@ -15,8 +15,9 @@
 #include "display/lineoutput.h"
 #include "display/signmodel.h"
 #include "platform/settingsstore.h"
-#include "platform/virtualdispatch.h"
-#include "tests/support/rowsfilter.h"
+#include "support/memorysettingsstore.h"
+#include "support/rowsfilter.h"
+#include "support/virtualdispatch.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "line21/l21serialinput.h"
-#include "tests/support/quietprogram.h"
-#include "tests/support/recordinglinkview.h"
+#include "support/quietprogram.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "display/console.h"
 #include "display/signmodel.h"
-#include "platform/fakeserialport.h"
 #include "support/displayfakes.h"
+#include "support/fakeserialport.h"
 #include "support/recordinglinkview.h"
 
 namespace zelvan {

@@ -8,11 +8,10 @@
 #include <algorithm>
 
 #include "line21/l21serialinput.h"
-#include "platform/fakeserialport.h"
 #include "support/fakes.h"
+#include "support/fakeserialport.h"
 #include "support/l21fakes.h"
 #include "support/recordinglinkview.h"
-#include "support/sccreader.h"
 
 namespace zelvan {
 namespace {

@@ -5,16 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "line21/l21filter.h"
 #include "support/fakes.h"
-#include "support/sccreader.h"
+#include "support/testdata.h"
 
 namespace zelvan {
 namespace {
 
-using testing::readScc;
 using testing::Rig;
+using testing::sample;
 
 struct RecordedStream : ::testing::Test {
     Rig rig;
@@ -32,10 +33,8 @@ struct RecordedStream : ::testing::Test {
     // Each timecode's bytes go on the ring and are drained before the next,
     // as the capture loop would between two receive events.
     void play(const std::string& file) {
-        const auto lines = readScc(std::string(ZELVAN_SAMPLES_DIR) + "/" + file);
-        ASSERT_FALSE(lines.empty()) << file;
-        for (const auto& line : lines) {
-            rig.queue(line.bytes);
+        for (const SccLine& line : sample(file).lines) {
+            rig.queue(line.bytes());
             while (!rig.tavo.queueEmpty()) rig.tavo.drainQueue();
         }
     }
@@ -92,8 +91,7 @@ TEST_F(RecordedStream, PaintOnChangesRowsInPlaceWithoutAStyle) {
     EXPECT_EQ(memory.iMode, InL21::kPaintOn);
     EXPECT_EQ(rig.tavo.getExternalText(14), "    Pellentesque interdum lacin.");
     EXPECT_EQ(rig.tavo.getExternalText(15), "    Integer luctus et ligula ac.");
-    const std::string stream =
-        testing::readSccStream(std::string(ZELVAN_SAMPLES_DIR) + "/painton.scc");
+    const std::string stream = sample("painton.scc").stream();
     EXPECT_EQ(display.calls, std::count_if(stream.begin(), stream.end(), [](char b) { return b; }))
         << "every byte but the padding reaches the display output";
 }
@@ -101,7 +99,7 @@ TEST_F(RecordedStream, PaintOnChangesRowsInPlaceWithoutAStyle) {
 // Counts the EOC and EDM pairs that aren't repeats straight from the file's
 // pairs: padding doesn't break a repeat, a text pair does.
 long countFlipsAndErases(const std::string& file) {
-    const std::string stream = testing::readSccStream(file);
+    const std::string stream = sample(file).stream();
     long count = 0;
     std::string previous;
     for (std::size_t i = 0; i + 1 < stream.size(); i += 2) {
@@ -117,8 +115,7 @@ long countFlipsAndErases(const std::string& file) {
 TEST_F(RecordedStream, NewsBroadcastLosesNoCaption) {
     play("news-2018-12-17-popon.scc");
     const Captions& c = display.captions;
-    ASSERT_EQ(static_cast<long>(c.size()),
-              countFlipsAndErases(std::string(ZELVAN_SAMPLES_DIR) + "/news-2018-12-17-popon.scc"));
+    ASSERT_EQ(static_cast<long>(c.size()), countFlipsAndErases("news-2018-12-17-popon.scc"));
     EXPECT_EQ(c[0], "1:");
     EXPECT_EQ(c[1], "1: 14[        From New York,] 15[    this is Democracy Now!]");
     // An EDM in the middle of loading sends the rest of the caption to row 1.
@@ -129,11 +126,27 @@ TEST_F(RecordedStream, NewsBroadcastLosesNoCaption) {
     EXPECT_GT(shown, 1000);
 }
 
-TEST(SccReader, StripsParityAndKeepsPaddingAsNulls) {
-    EXPECT_EQ(testing::sccWordsToBytes("9420 c845 8080 zz 12345"),
-              std::string("\x14\x20\x48\x45\x00\x00", 6));
-    EXPECT_EQ(testing::sccFrame("00:01:02;03"), (62 * 30) + 3);
-    EXPECT_TRUE(readScc("/nonexistent.scc").empty());
+TEST(SccReader, KeepsParityCountsDropFrameAndNamesBadLines) {
+    std::istringstream in(
+        "Scenarist_SCC V1.0\n\n00:00:01:00\t9420 c845 8080\r\n00:01:00;02\t94ad\n"
+        "00:00:02:00\t94zz\n00:61:00:00\t9420\n");
+    const SccRecording rec = parseScc(in);
+    ASSERT_EQ(rec.lines.size(), 2u);
+    EXPECT_EQ(rec.lines[0].words, (std::vector<std::uint16_t>{0x9420, 0xC845, 0x8080}));
+    EXPECT_EQ(rec.lines[0].bytes(), std::string("\x14\x20\x48\x45\x00\x00", 6));
+    EXPECT_EQ(rec.lines[1].frame, 1800) << "frames 0 and 1 of minute 1 are dropped";
+    EXPECT_EQ(rec.errors, (std::vector<std::string>{"line 5: bad word \"94zz\"",
+                                                    "line 6: bad timecode \"00:61:00:00\""}));
+    EXPECT_FALSE(readSccFile("/nonexistent.scc").header);
+}
+
+TEST(SccReader, ScheduleSendsAWordAFrameAndDelaysWhatOverlaps) {
+    std::istringstream in(
+        "Scenarist_SCC V1.0\n00:00:10:00\t1111 2222 3333\n"
+        "00:00:10:01\t4444\n00:00:11:00\t5555\n");
+    std::vector<long> frames;
+    for (const SccTimedWord& w : sccSchedule(parseScc(in))) frames.push_back(w.frame);
+    EXPECT_EQ(frames, (std::vector<long>{0, 1, 2, 3, 30}));
 }
 
 }  // namespace

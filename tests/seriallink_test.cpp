@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "display/seriallink.h"
-#include "platform/fakeserialport.h"
 #include "support/fakes.h"
+#include "support/fakeserialport.h"
 #include "support/recordinglinkview.h"
 
 namespace zelvan {

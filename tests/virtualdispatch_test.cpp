@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/virtualdispatch.h"
+#include "support/virtualdispatch.h"
 
 namespace zelvan {
 namespace {

@@ -12,7 +12,8 @@
 #include "core/tavo.h"
 #include "platform/settingsstore.h"
 #include "platform/tone.h"
-#include "platform/virtualdispatch.h"
+#include "support/memorysettingsstore.h"
+#include "support/virtualdispatch.h"
 
 namespace zelvan::testing {
 

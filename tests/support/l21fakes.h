@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "line21/inl21.h"
-#include "platform/virtualdispatch.h"
+#include "support/virtualdispatch.h"
 
 namespace zelvan::testing {
 

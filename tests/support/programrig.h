@@ -104,7 +104,8 @@ class ProgramRig {
         for (auto& v : env) envp.push_back(v.data());
         envp.push_back(nullptr);
         std::string path = binary;
-        char* argv[] = {path.data(), nullptr};
+        std::string noSplash = "--no-splash";
+        char* argv[] = {path.data(), noSplash.data(), nullptr};
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);

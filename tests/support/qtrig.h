@@ -10,6 +10,7 @@
 
 #include "platform/qtdispatch.h"
 #include "support/fakes.h"
+#include "support/memorysettingsstore.h"
 
 namespace zelvan::testing {
 

@@ -3,10 +3,11 @@
 // port: what the benchmarks and fuzz targets drive.
 
 #include "core/tavo.h"
-#include "platform/fakeserialport.h"
 #include "platform/settingsstore.h"
 #include "platform/tone.h"
-#include "platform/virtualdispatch.h"
+#include "support/fakeserialport.h"
+#include "support/memorysettingsstore.h"
+#include "support/virtualdispatch.h"
 
 namespace zelvan::testing {
 

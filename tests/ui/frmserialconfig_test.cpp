@@ -9,9 +9,9 @@
 #include "display/seriallink.h"
 #include "platform/devicechooser.h"
 #include "platform/devicemap.h"
-#include "platform/fakeserialport.h"
 #include "platform/serialsetupdialog.h"
 #include "support/fakes.h"
+#include "support/fakeserialport.h"
 #include "support/frmserialconfig.h"
 #include "support/recordinglinkview.h"
 

@@ -1,4 +1,4 @@
-#include "platform/virtualdispatch.h"
+#include "support/virtualdispatch.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "platform/fakeserialport.h"
+#include "support/fakeserialport.h"
 
 namespace zelvan {
 
