@@ -45,6 +45,11 @@ class Tavo {
     std::string getExternalTextTrimmed(std::int16_t i);
     void doStatus(const std::string& s);
     bool queueEmpty() const { return rawQueueIn == rawQueueOut; }
+    // Bytes a producer may still queue before it would overwrite unread ones:
+    // one slot stays free, since full and empty look alike to the cursors.
+    int queueRoom() const {
+        return kRawQueueSize - 1 - (rawQueueIn - rawQueueOut + kRawQueueSize) % kRawQueueSize;
+    }
 
     // --- settings, start-up and shutdown ---
     void loadSettings();

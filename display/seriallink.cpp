@@ -183,10 +183,15 @@ void SerialLink::showNotice(bool on, const std::string& text) {
     m_tavo.doubleBeep();
 }
 
-// The whole buffer is read before anything is queued.
+// What is read is read before anything is queued. A fast sender (a replay, a
+// burst after a stall) can be more than a ring ahead of the reader: the link
+// takes no more than the ring has room for, and the port keeps the rest and
+// raises another receive event for a later turn, so no byte is overwritten unread.
 void SerialLink::receive() {
     std::string bytes;
-    while (m_port.rxCount() >= 1) bytes += static_cast<char>(m_port.readByte());
+    const int room = m_tavo.queueRoom();
+    while (m_port.rxCount() >= 1 && static_cast<int>(bytes.size()) < room)
+        bytes += static_cast<char>(m_port.readByte());
     for (unsigned char b : bytes) m_tavo.queueByte(b);
 }
 

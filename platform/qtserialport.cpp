@@ -63,9 +63,10 @@ QtSerialPort::QtSerialPort(EventDispatch& dispatch, SettingsStore& store, QWidge
     // readyRead itself arrives inside a yield, so the receive event runs at
     // once: the bytes are on the ring before the yield returns, and the drain
     // that follows sends their frames before any window repaints.
-    connect(&m_serial, &QSerialPort::readyRead, this, [this] {
-        if (rxThreshold() >= 1 && onReceive) onReceive();
-    });
+    connect(&m_serial, &QSerialPort::readyRead, this, [this] { runReceive(); });
+    m_receiveRetry.setSingleShot(true);
+    m_receiveRetry.setInterval(kReceiveRetryMs);
+    connect(&m_receiveRetry, &QTimer::timeout, this, [this] { runReceive(); });
     connect(&m_serial, &QSerialPort::errorOccurred, this,
             [this](QSerialPort::SerialPortError e) { onError(e); });
     m_carrierPoll.setInterval(kCarrierPollMs);
@@ -99,8 +100,17 @@ void QtSerialPort::postReceive() {
     m_receivePosted = true;
     post([this] {
         m_receivePosted = false;
-        if (rxThreshold() >= 1 && rxCount() >= 1 && onReceive) onReceive();
+        runReceive();
     });
+}
+
+// The handler may take only what its reader has room for. What it leaves is
+// offered again a moment later, after the capture loop has drained, and again
+// until it is all taken: a burst never waits for the next arrival.
+void QtSerialPort::runReceive() {
+    if (rxThreshold() < 1 || rxCount() < 1 || !onReceive) return;
+    onReceive();
+    if (m_serial.isOpen() && rxCount() >= 1 && !m_receiveRetry.isActive()) m_receiveRetry.start();
 }
 
 std::string QtSerialPort::deviceName() const {

@@ -23,6 +23,8 @@ namespace zelvan {
 class QtSerialPort : public QObject, public SerialPort {
   public:
     static constexpr int kCarrierPollMs = 50;
+    // How soon bytes a receive handler left behind are offered again.
+    static constexpr int kReceiveRetryMs = 2;
 
     QtSerialPort(EventDispatch& dispatch, SettingsStore& store, QWidget* dialogParent = nullptr);
     ~QtSerialPort() override;
@@ -47,6 +49,7 @@ class QtSerialPort : public QObject, public SerialPort {
     void post(std::function<void()> fn);
     void postState();
     void postReceive();
+    void runReceive();
     void onError(QSerialPort::SerialPortError error);
     void lose();
     void pollCarrier();
@@ -64,6 +67,7 @@ class QtSerialPort : public QObject, public SerialPort {
     std::string m_device;  // the device the port was opened on
     bool m_carrier = false;
     bool m_receivePosted = false;
+    QTimer m_receiveRetry;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 

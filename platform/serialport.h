@@ -53,7 +53,9 @@ class SerialPort {
     virtual std::int32_t rxCount() const = 0;
     // Bytes written and not yet on the line.
     virtual std::int32_t txCount() const = 0;
-    // 1: onReceive fires when bytes arrive; 0: it doesn't. Starts at 1.
+    // 1: onReceive fires when bytes arrive; 0: it doesn't. Starts at 1. A
+    // handler may leave bytes unread: when it took some, another event follows
+    // in a later yield for the rest.
     void setRxThreshold(std::int32_t v);
     std::int32_t rxThreshold() const { return m_rxThreshold; }
     // On: onCarrier fires when carrier detect changes. Starts off.

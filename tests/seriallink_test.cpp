@@ -159,6 +159,22 @@ TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
     EXPECT_EQ(rig.tone.tones.size(), 4u);
 }
 
+// --- a sender faster than the reader ---
+
+TEST_F(LinkTest, BurstOfSeveralRingsReachesTheFilterWholeAndInOrder) {
+    openLink(kL21Link);
+    testing::Log log;
+    testing::FakeFilter filter("decoder", log);
+    rig.tavo.frmL21Serial = &filter;
+    rig.tavo.bInL21Serial = true;
+    std::string burst;
+    for (int i = 0; i < 5000; ++i) burst += static_cast<char>(' ' + i % 90);
+    port.deliver(burst);
+    for (int turn = 0; turn < 50 && filter.received.size() < burst.size(); ++turn)
+        rig.tavo.pollInput();
+    EXPECT_EQ(filter.received, burst);
+}
+
 // --- a device that goes away ---
 
 TEST_F(LinkTest, LostDeviceClosesOnceTellsOnceAndCanBeReopened) {

@@ -96,8 +96,17 @@ void FakeSerialPort::failNextClose(std::string reason) {
 void FakeSerialPort::deliver(const std::string& bytes) {
     if (!m_open) return;
     m_rx.insert(m_rx.end(), bytes.begin(), bytes.end());
+    postReceive();
+}
+
+// As the real component: one event for what arrived, another for what its
+// handler left, as long as the handler takes something.
+void FakeSerialPort::postReceive() {
     post([this] {
-        if (rxThreshold() >= 1 && onReceive) onReceive();
+        if (rxThreshold() < 1 || m_rx.empty() || !onReceive) return;
+        const std::size_t before = m_rx.size();
+        onReceive();
+        if (!m_rx.empty() && m_rx.size() < before) postReceive();
     });
 }
 

@@ -55,6 +55,7 @@ class FakeSerialPort : public SerialPort {
   private:
     void post(std::function<void()> fn);
     void postState();
+    void postReceive();
     void drainOne();
     void restartDrain();
 
