@@ -163,7 +163,7 @@ void frmTavo::formLoad() {
     Label5->setGeometry(8, exitTop + 5, 80, 18);
     txtTotChars->setGeometry(90, exitTop + 2, 110, 24);
     QWidget* pane = m_read->widget();
-    pane->setFixedHeight(exitTop - pane->y() - px(100));
+    pane->setFixedHeight(statusTop - pane->y() - px(100));
     setFixedSize(kWidth, kHeight);
 }
 
@@ -198,6 +198,11 @@ void frmTavo::setTotChars(const std::string& text) {
 void frmTavo::doStatus(const std::string& text) {
     m_status = text;
     m_labels.request();
+}
+
+void frmTavo::showNow() {
+    m_labels.flush();
+    m_statusPanel->repaint();
 }
 
 void frmTavo::showLabels() {

@@ -35,6 +35,7 @@ class frmTavo : public QMainWindow, public MainView {
     void doStatus(const std::string& text) override;
     void showFilterOption(FilterKind kind) override;
     void showOutDWValue(int value) override;
+    void showNow() override;
 
     // For tests and screenshots: what the operator reads.
     QString readHistoryText() const;

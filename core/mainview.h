@@ -22,6 +22,8 @@ class MainView {
     // the caller runs the handler itself.
     virtual void showFilterOption(FilterKind kind) = 0;
     virtual void showOutDWValue(int value) = 0;
+    // Draws what waits for the next refresh at once.
+    virtual void showNow() {}
 };
 
 class MainConsole;

@@ -54,6 +54,7 @@ void Tavo::exitProgram() {
     }
     for (int i = 0; i < 10000; ++i) m_dispatch.yield();
     doStatus("Closing input filter. Stand by...");
+    if (view) view->showNow();  // the process may end before the next refresh
     if (shell) shell->setBusyPointer(true);
     if (bOutDW && frmOutDW) frmOutDW->hideForm();
     if (bInL21Serial && frmL21Serial) frmL21Serial->hideForm();

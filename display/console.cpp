@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "core/mainconsole.h"
 #include "core/readable.h"
 #include "core/tavo.h"
 
@@ -80,7 +81,11 @@ void DisplayConsole::showForm() {
 
 // Sends nothing to the sign: what it shows at exit was settled before this.
 void DisplayConsole::hideForm() {
+    // Unticking the box runs its click, as a tick by hand would: the output
+    // flag falls and the reference goes (the click's own hideForm runs the
+    // rest of this once, inside).
     if (m_tavo.view) m_tavo.view->showOutDWValue(0);
+    if (m_tavo.bOutDW && m_tavo.console) m_tavo.console->chkOutDW_Click(0);
     m_link.saveSettings();
     m_view.hideWindow();
 }
@@ -148,7 +153,11 @@ void DisplayConsole::chkFilter_Click(bool ticked) {
 // Unticked, the rows in use stay as they are.
 void DisplayConsole::chkSunrise_Click(bool ticked) {
     m_engine.bSunrise = ticked;
-    if (ticked) setScrollLines(3);
+    if (!ticked) return;
+    setScrollLines(3);
+    // Rows lowered by typing leave the bar at 3, so setting it changed
+    // nothing: the box follows the bar all the same.
+    VScrollLines_Change();
 }
 
 void DisplayConsole::setScrollLines(int value) {

@@ -309,13 +309,15 @@ void frmOutDW::showLinesText(const std::string& text) {
     tbScrollLines->setText(toQString(text));
 }
 
-void frmOutDW::showPending(const std::string& text) {
-    m_pendingText = text;
+void frmOutDW::showPending(const std::string&) {
     m_pendingRefresh.request();
 }
 
+// The box takes the engine's text as it is when the refresh runs, not as it
+// was when asked: an edit by the operator in between is already the engine's
+// text, so it stays.
 void frmOutDW::showPendingNow() {
-    const QString shown = toBoxText(m_pendingText);
+    const QString shown = toBoxText(m_console.pendingText());
     if (tbPending->toPlainText() == shown) return;
     const QSignalBlocker hold(tbPending);
     tbPending->setPlainText(shown);

@@ -107,7 +107,6 @@ class frmOutDW : public QMainWindow,
     std::array<QCheckBox*, kConsoleBoxes> m_boxes{};
     // The engine sets the pending text at every byte; the box takes the latest
     // once the caption's frames are out.
-    std::string m_pendingText;
     DeferredRefresh m_pendingRefresh{[this] { showPendingNow(); }};
 };
 

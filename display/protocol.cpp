@@ -39,7 +39,7 @@ const ControlFrameEntry& controlFrameEntry(ControlFrame frame) {
 // and the sign never gets more than 32 characters or a column below 1.
 // Lengths count characters as given, before the notation is read, as the
 // column arithmetic does.
-void fitToRow(std::string& text, int& column) {
+static void fitLine(std::string& text, int& column) {
     if (column < 1) {
         const std::size_t offLeft = static_cast<std::size_t>(1 - column);
         text.erase(0, std::min(offLeft, text.size()));
@@ -49,6 +49,39 @@ void fitToRow(std::string& text, int& column) {
     column = std::min(column, kSignColumns + 1);
     const std::size_t room = static_cast<std::size_t>(kSignColumns + 1 - column);
     if (text.size() > room) text.resize(room);
+}
+
+// A text typed with line breaks (Send@) keeps them as they stand: each line is
+// cut by the row's rule on its own, and a break takes no column.
+void fitToRow(std::string& text, int& column) {
+    const int start = column;
+    std::string out, line;
+    const auto endLine = [&] {
+        column = start;
+        fitLine(line, column);
+        out += line;
+        line.clear();
+    };
+    for (char c : text) {
+        if (c != '\r' && c != '\n') {
+            line += c;
+            continue;
+        }
+        endLine();
+        out += c;
+    }
+    endLine();
+    text = out;
+}
+
+// The width of a text on the sign: its longest line.
+static int widthOf(const std::string& text) {
+    std::size_t widest = 0, run = 0;
+    for (char c : text) {
+        run = (c == '\r' || c == '\n') ? 0 : run + 1;
+        widest = std::max(widest, run);
+    }
+    return static_cast<int>(widest);
 }
 
 void DisplayProtocol::sendControl(ControlFrame frame) {
@@ -83,7 +116,7 @@ void DisplayProtocol::writeLine(const std::string& sText, std::int16_t iRow, std
     if (bReverse) {
         reverseString(sText, outText);
         // A reversed text ends where a plain one would start, counted from the right.
-        column = 34 - static_cast<int>(sText.size()) - iCol;
+        column = 34 - widthOf(sText) - iCol;
     } else {
         outText = sText;
     }

@@ -4,6 +4,7 @@
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QVBoxLayout>
 
 namespace zelvan {
@@ -37,15 +38,22 @@ frmSplash::frmSplash(QWidget* parent) : QDialog(parent) {
     lblProductName->setStyleSheet(QStringLiteral("font-size: 20pt; font-weight: bold;"));
     lblVersion = new QLabel(versionText(), frame);
     lblPlatform = new QLabel(QStringLiteral("Windows"), frame);
+    lblProductName->setObjectName(QStringLiteral("lblProductName"));
+    lblVersion->setObjectName(QStringLiteral("lblVersion"));
+    lblPlatform->setObjectName(QStringLiteral("lblPlatform"));
     inner->addWidget(makeLogo(frame));
     inner->addWidget(lblProductName);
     inner->addWidget(lblVersion);
     inner->addWidget(lblPlatform);
     auto* outer = new QVBoxLayout(this);
     outer->addWidget(frame);
+    // A click closes the window on the frame, the version and the platform; one
+    // on the title or the logo must not reach the frame below them.
     for (QWidget* w : {static_cast<QWidget*>(frame), static_cast<QWidget*>(lblVersion),
                        static_cast<QWidget*>(lblPlatform)})
         w->installEventFilter(this);
+    for (QWidget* w : frame->findChildren<QWidget*>())
+        if (w != lblVersion && w != lblPlatform) w->setAttribute(Qt::WA_NoMousePropagation);
     connect(&timerSplashGoAway, &QTimer::timeout, this, [this] { timerSplashGoAway_Timer(); });
 }
 
@@ -59,7 +67,8 @@ void frmSplash::keyPressEvent(QKeyEvent*) {
 }
 
 bool frmSplash::eventFilter(QObject* watched, QEvent* e) {
-    if (e->type() == QEvent::MouseButtonRelease) {
+    if (e->type() == QEvent::MouseButtonRelease &&
+        static_cast<QMouseEvent*>(e)->button() == Qt::LeftButton) {
         close();
         return true;
     }

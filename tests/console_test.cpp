@@ -150,6 +150,28 @@ TEST_F(ConsoleTest, ShowFormOpensThePortStartsOutputAndShowsTheCaption) {
     EXPECT_EQ(linkView.openCaption, kCaptionClose);
 }
 
+// At shutdown the main window's box goes to 0, and that runs its click.
+TEST_F(ConsoleTest, HideFormUnticksTheMainBoxWhichLowersTheOutputFlag) {
+    struct Window : DisplayOutput {
+        explicit Window(DisplayConsole& c) : c(c) {}
+        void showForm() override {}
+        void hideForm() override { c.hideForm(); }
+        void doInput(std::int16_t, const std::string&) override {}
+        void showStartupBarker(bool) override {}
+        void DWErase() override {}
+        DisplayConsole& c;
+    } window(console);
+    rig.console();
+    rig.view().outDW = 1;
+    rig.tavo.frmOutDW = &window;
+    rig.tavo.bOutDW = true;
+    console.hideForm();
+    EXPECT_EQ(rig.view().outDW, 0);
+    EXPECT_FALSE(rig.tavo.bOutDW);
+    EXPECT_EQ(rig.tavo.frmOutDW, nullptr);
+    EXPECT_EQ(view.steps.back(), "hide");
+}
+
 TEST_F(ConsoleTest, ShowFormOnAFailingPortTellsOnceThenRemindsPerFrame) {
     port.failNextOpen();
     console.showForm();
@@ -189,6 +211,27 @@ TEST_F(ConsoleTest, SendItPassesTheNotationStraightThroughOnlyWhileTheFilterRuns
     console.setPendingText(esc("^"));
     console.cmdSendIt_Click();
     EXPECT_EQ(port.writes.back(), std::string(1, '\0'));
+}
+
+// Line breaks go out as they stand; only a line longer than the row is cut.
+TEST_F(ConsoleTest, SendAtKeepsEveryLineOfAMultiLineText) {
+    open();
+    console.setBox(ConsoleBox::Reverse, false);
+    const std::string first(20, 'a'), second(20, 'b'), third(40, 'c');
+    console.setPendingText(first + "\r\n" + second + "\r\n" + third);
+    console.cmdSendAt_Click();
+    ASSERT_EQ(port.writes.size(), 1u);
+    EXPECT_EQ(port.writes[0], bytes({1, 0x20, 0x1F + 3, 0x20}) + first + "\r\n" + second + "\r\n" +
+                                  std::string(32, 'c') + "\x01");
+}
+
+// Typing lowered the rows while the bar still reads 3: Sunrise sets three.
+TEST_F(ConsoleTest, SunriseSetsThreeRowsEvenWhenTheBarAlreadyReadsThree) {
+    console.setLinesText("1");
+    ASSERT_EQ(console.scrollLines(), 3);
+    console.setBox(ConsoleBox::Sunrise, true);
+    EXPECT_EQ(console.engine().iLines, 3);
+    EXPECT_EQ(console.linesText(), "3");
 }
 
 // --- the carrier board switch ---

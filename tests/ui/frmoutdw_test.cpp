@@ -80,6 +80,18 @@ TEST_F(DisplayWindowTest, CaptionsReachTheSignAsFramesAndHideFormClosesTheLine) 
     EXPECT_FALSE(window->console().isPortOpen());
 }
 
+// A refresh asked for before the operator's edit must not bring older text back.
+TEST_F(DisplayWindowTest, TheOperatorsEditOfThePendingBoxWins) {
+    window->show();
+    filter.rows[15] = "FROM THE CAPTION";
+    window->doInput(kStyleRows, "");
+    auto* box = child<QPlainTextEdit>("tbPending");
+    box->setPlainText(QStringLiteral("typed by hand"));
+    testing::settle(2 * DeferredRefresh::kIntervalMs);
+    EXPECT_EQ(box->toPlainText(), QStringLiteral("typed by hand"));
+    EXPECT_EQ(window->console().pendingText(), "typed by hand");
+}
+
 // The notice, its beep and the filter box's captions are the link's and the
 // console's; here the buttons have to reach them.
 TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeInTheWindow) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -38,6 +39,16 @@ TEST_F(MainWindowTest, QueuedBytesArriveInRawInputWithControlBytesInRed) {
     EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
     cursor.setPosition(2);  // just after "Hi"
     EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0));
+}
+
+// The process ends inside exitProgram, before any later refresh could draw.
+TEST_F(MainWindowTest, ShutdownShowsItsStatusAtOnce) {
+    window.show();
+    tavo.shell = &shell;
+    tavo.exitProgram();
+    EXPECT_EQ(shell.ends, 1);
+    EXPECT_EQ(child<QLabel>("sbStatusPanel1")->text(),
+              QStringLiteral("Closing input filter. Stand by..."));
 }
 
 TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
