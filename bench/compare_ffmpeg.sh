@@ -39,11 +39,11 @@ agree() {
 }
 
 report() {
-  printf '%-26s %-9s %4d of %4d agree (this decoder shows %d)\n' "$1" "$2" \
+  printf '%-26s %-26s %4d of %4d agree (this decoder shows %d)\n' "$1" "$2" \
     "$(agree "$work/ffmpeg" "$3")" "$total" "$(wc -l <"$3")"
 }
 
-printf '%-26s %-9s %s\n' file mode "captions that agree with ffmpeg"
+printf '%-26s %-26s %s\n' file mode "captions that agree with ffmpeg"
 for scc in tests/data/*.scc; do
   name=$(basename "$scc")
   ffmpeg -v error -f scc -i "$scc" -f srt - | srtCaptions | alnum >"$work/ffmpeg"
@@ -55,7 +55,7 @@ for scc in tests/data/*.scc; do
     report "$name" "$mode" "$work/$mode"
     if $program; then
       build/bench/signcaptions build/zelvan21 "$scc" "$ini" | alnum >"$work/sign-$mode"
-      report "$name" "$mode, through the program to the sign" "$work/sign-$mode"
+      report "$name" "$mode, program to sign" "$work/sign-$mode"
     fi
   done
 done

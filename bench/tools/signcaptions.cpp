@@ -1,7 +1,8 @@
 // Plays a recorded SCC file through the real program, from a decoder box on
 // one pseudo-terminal to the sign on another, and prints each caption as the
-// sign shows it when it comes up bright: rows read through the reflector,
-// trimmed, joined by "|". Blank screens are not printed.
+// sign shows it: a pop-on caption when it comes up bright, a roll-up line when
+// it is written below the roll. Rows are read through the reflector, trimmed,
+// joined by "|"; blank screens are not printed.
 //
 //   signcaptions PROGRAM FILE.scc [SETTINGS-LINES]
 //
@@ -31,21 +32,29 @@ class SignWatcher {
     void feed(const std::string& bytes, bool show) {
         for (char b : bytes) {
             const bool wasBright = m_sign.bright;
+            const int rollups = m_sign.rollups, frames = m_sign.frames;
             m_sign.feed(std::string(1, b));
-            if (show && !wasBright && m_sign.bright) print();
+            if (m_sign.rollups > rollups) {
+                m_lineFollows = true;
+            } else if (m_lineFollows && m_sign.frames > frames) {
+                m_lineFollows = false;  // the new bottom line of a roll-up
+                if (show) print(kSignRows);
+            }
+            if (show && !wasBright && m_sign.bright) print(1);
         }
     }
 
   private:
-    void print() {
+    void print(int fromRow) {
         std::string rows;
-        for (int r = 1; r <= kSignRows; ++r) {
+        for (int r = fromRow; r <= kSignRows; ++r) {
             const std::string row = trimmed(m_sign.rowThroughReflector(r));
             if (!row.empty()) rows += (rows.empty() ? "" : "|") + row;
         }
         if (!rows.empty()) std::printf("%s\n", rows.c_str());
     }
     SignModel m_sign;
+    bool m_lineFollows = false;
 };
 
 }  // namespace
