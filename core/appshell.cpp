@@ -27,8 +27,17 @@ void AppShell::showSplash() {
     splash.exec();
 }
 
+// Start-up makes the main window right after loadSettings: the decoder reads
+// its own section here, and its Input menu entry saves the setting at once.
 MainConsole& AppShell::showMainWindow(Tavo& tavo) {
+    m_inL21.loadDecoderSettings(tavo.store());
     m_main = new frmTavo(tavo, *this);
+    m_main->addInputSetting(QStringLiteral("Broadcast EDM (keep position)"),
+                            m_inL21.EdmKeepsPosition, [this, &tavo](bool on) {
+                                m_inL21.EdmKeepsPosition = on;
+                                m_inL21.saveDecoderSettings(tavo.store());
+                                tavo.store().sync();
+                            });
     m_main->move(0, 0);
     m_main->show();
     return m_main->console();

@@ -21,6 +21,7 @@ class AppShell : public Shell {
     void endProcess() override;
 
     frmTavo* mainWindow() const { return m_main; }
+    InL21& decoder() { return m_inL21; }
     // "--no-splash" on the command line: start at once, for a restart during a
     // showing and for the end-to-end tests.
     void skipSplash(bool skip) { m_skipSplash = skip; }

@@ -1,5 +1,6 @@
 #include "core/frmtavo.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QGroupBox>
@@ -11,6 +12,7 @@
 #include <QRadioButton>
 #include <QShortcut>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "platform/qtext.h"
 
@@ -137,10 +139,10 @@ void frmTavo::buildMenus() {
     });
     file->addAction(QStringLiteral("E&xit"), this, [this] { m_tavo.exitProgram(); });
 
-    QMenu* input = menuBar()->addMenu(QStringLiteral("&Input"));
+    mnuInput = menuBar()->addMenu(QStringLiteral("&Input"));
     for (const OptionButton& button : kOptions)
-        input->addAction(QString::fromLatin1(button.caption), this,
-                         [this, kind = button.kind] { selectFromMenu(kind); });
+        mnuInput->addAction(QString::fromLatin1(button.caption), this,
+                            [this, kind = button.kind] { selectFromMenu(kind); });
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&Help Contents               F1"), this,
@@ -175,6 +177,17 @@ void frmTavo::selectFromMenu(FilterKind kind) {
     if (m_tavo.flag(kind)) return;
     showFilterOption(kind);
     m_console.select(kind);
+}
+
+void frmTavo::addInputSetting(const QString& caption, bool checked,
+                              std::function<void(bool)> onToggle) {
+    const QList<QAction*> entries = mnuInput->actions();
+    if (std::none_of(entries.begin(), entries.end(), [](QAction* a) { return a->isCheckable(); }))
+        mnuInput->addSeparator();
+    QAction* entry = mnuInput->addAction(caption);
+    entry->setCheckable(true);
+    entry->setChecked(checked);
+    connect(entry, &QAction::toggled, this, std::move(onToggle));
 }
 
 void frmTavo::showFilterOption(FilterKind kind) {

@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <array>
+#include <functional>
 #include <memory>
 
 #include "core/mainconsole.h"
@@ -15,6 +16,7 @@ class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
+class QMenu;
 class QPushButton;
 class QRadioButton;
 class QStatusBar;
@@ -42,6 +44,10 @@ class frmTavo : public QMainWindow, public MainView {
     QString totCharsText();
     QString statusText();
     QRadioButton* optionButton(FilterKind kind) const;
+
+    // A checkable entry at the foot of the Input menu for a setting of the
+    // input filters; onToggle applies and saves it.
+    void addInputSetting(const QString& caption, bool checked, std::function<void(bool)> onToggle);
 
   protected:
     void closeEvent(QCloseEvent* e) override;
@@ -73,6 +79,7 @@ class frmTavo : public QMainWindow, public MainView {
     QLabel* lblControlCodes = nullptr;
     QPushButton* cmdExit = nullptr;
     QLabel* m_statusPanel = nullptr;
+    QMenu* mnuInput = nullptr;
     // The count and the status line as the pipeline last set them.
     std::string m_totChars, m_status;
     DeferredRefresh m_labels{[this] { showLabels(); }};

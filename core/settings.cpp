@@ -20,14 +20,8 @@ std::optional<long> parseInteger(const std::string& text) {
     return value;
 }
 
-// A stored boolean is the word True or False; numeric text counts too, 0 being
-// False. Any other text keeps the default: nothing sound can be made of it.
 bool readBool(const SettingsStore& store, const char* key, bool fallback) {
-    const std::string text = store.get(kGeneral, key, fallback ? "True" : "False");
-    if (text == "True" || text == "true" || text == "TRUE") return true;
-    if (text == "False" || text == "false" || text == "FALSE") return false;
-    if (auto n = parseInteger(text)) return *n != 0;
-    return fallback;
+    return readBoolSetting(store, kGeneral, key, fallback);
 }
 
 // Text that isn't a 16-bit integer keeps the default.
@@ -37,10 +31,6 @@ std::int16_t readInt16(const SettingsStore& store, const char* key, std::int16_t
         *n > std::numeric_limits<std::int16_t>::max())
         return fallback;
     return static_cast<std::int16_t>(*n);
-}
-
-const char* boolText(bool b) {
-    return b ? "True" : "False";
 }
 
 std::string trimBlanks(const std::string& s) {
@@ -63,10 +53,10 @@ void Tavo::loadSettings() {
 }
 
 void Tavo::saveSettings() {
-    m_store.set(kGeneral, "BeepOnMessage", boolText(BeepOnMessage));
-    m_store.set(kGeneral, "DoStartupBarker", boolText(DoStartupBarker));
+    m_store.set(kGeneral, "BeepOnMessage", boolSettingText(BeepOnMessage));
+    m_store.set(kGeneral, "DoStartupBarker", boolSettingText(DoStartupBarker));
     m_store.set(kGeneral, "StartupBarker", StartupBarker);
-    m_store.set(kGeneral, "Obfuscate", boolText(Obfuscate));
+    m_store.set(kGeneral, "Obfuscate", boolSettingText(Obfuscate));
     m_store.set(kGeneral, "ObfuscateType", std::to_string(ObfuscateType));
     m_store.set(kGeneral, "InputFilterType", std::to_string(InputFilterType));
     m_store.set(kGeneral, "ExitDisplayTask", std::to_string(ExitDisplayTask));

@@ -70,6 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckingView view(memory);
     memory.iChannel = static_cast<std::int16_t>(data[0] % 9);
     if (data[0] & 0x80) memory.view = &view;
+    memory.EdmKeepsPosition = data[0] & 0x40;
     std::string in(1, ' ');
     std::string out;
     for (std::size_t i = 1; i < size; ++i) {

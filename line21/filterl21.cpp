@@ -276,8 +276,10 @@ void InL21::resumeDirectCaptioning() {
 
 void InL21::eraseDisplayedMemory(Outcome& out) {
     eraseDM();
-    iRow = 1;
-    iCol = 1;
+    if (!EdmKeepsPosition) {
+        iRow = 1;
+        iCol = 1;
+    }
     out.style = kStyleRows;
 }
 

@@ -139,6 +139,7 @@ std::string InL21::dump() const {
                       " iWriteBank=" + std::to_string(iWriteBank) +
                       " iRow=" + std::to_string(iRow) + " iCol=" + std::to_string(iCol) +
                       " iMode=" + std::to_string(iMode) + " iChannel=" + std::to_string(iChannel) +
+                      " EdmKeepsPosition=" + std::to_string(EdmKeepsPosition) +
                       " bErasePending=" + std::to_string(bErasePending) +
                       " bHaveFirst=" + std::to_string(bHaveFirst) +
                       " bIgnoreText=" + std::to_string(bIgnoreText) +

@@ -14,6 +14,7 @@
 
 #include "line21/l21tables.h"
 #include "line21/l21view.h"
+#include "platform/settingsstore.h"
 
 namespace zelvan {
 
@@ -82,6 +83,14 @@ class InL21 {
     // The selected entry of the channel list (0 = CC1); set by the windows,
     // not by initL21.
     std::int16_t iChannel = 0;
+
+    // Off: an EDM also sends the write position to row 1, column 1. On: it
+    // leaves the position where it is, as broadcast decoders do; some
+    // broadcasters send EDM while the next pop-on caption is loading. Kept in
+    // the settings store (section "L21Decoder"), not reset by initL21.
+    bool EdmKeepsPosition = false;
+    void loadDecoderSettings(const SettingsStore& store);
+    void saveDecoderSettings(SettingsStore& store) const;
 
     // The line-21 window in use, or null. The window whose filter is selected
     // sets it when it is shown and clears it when it is hidden; the decoder and

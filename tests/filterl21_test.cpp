@@ -105,6 +105,20 @@ TEST_F(DecoderTest, EdmBlanksTheDisplayInEveryModeAndGoesToRow1) {
     }
 }
 
+// Some broadcasters send EDM while the next pop-on caption is loading.
+TEST_F(DecoderTest, EdmWhileACaptionLoadsSendsTheRestToRow1UnlessSetToKeepThePosition) {
+    for (const bool keep : {false, true}) {
+        m.initL21();
+        m.EdmKeepsPosition = keep;
+        feed(kRCL + kRow15 + "old" + kEOC + kRCL + kRow15 + "Yes, ");
+        EXPECT_EQ(feed(kEDM), 1);
+        EXPECT_TRUE(blank(m.iDM)) << "the caption on show goes either way";
+        feed("I'm in" + kEOC);
+        EXPECT_EQ(m.getExternalTextL21(1), keep ? "" : "I'm in");
+        EXPECT_EQ(m.getExternalTextL21(15), keep ? "Yes, I'm in" : "Yes,");
+    }
+}
+
 TEST_F(DecoderTest, GateDropsTextBeforeTheFirstCommandWithoutTouchingAnything) {
     m.view = &window;
     out = "left alone";

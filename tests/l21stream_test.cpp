@@ -17,13 +17,15 @@ namespace {
 using testing::Rig;
 using testing::sample;
 
-struct RecordedStream : ::testing::Test {
+struct Player {
     Rig rig;
     InL21 memory;
     L21Filter filter{memory};
     testing::CaptionRecorder display{rig.tavo};
+    std::vector<std::string> screens;  // the displayed bank after each timecode
 
-    void SetUp() override {
+    explicit Player(bool edmKeepsPosition = false) {
+        memory.EdmKeepsPosition = edmKeepsPosition;
         rig.tavo.frmL21Serial = &filter;
         rig.tavo.bInL21Serial = true;
         rig.tavo.frmOutDW = &display;
@@ -36,9 +38,12 @@ struct RecordedStream : ::testing::Test {
         for (const SccLine& line : sample(file).lines) {
             rig.queue(line.bytes());
             while (!rig.tavo.queueEmpty()) rig.tavo.drainQueue();
+            screens.push_back(memory.memoryText(memory.iDM));
         }
     }
 };
+
+struct RecordedStream : ::testing::Test, Player {};
 
 using Captions = std::vector<std::string>;
 
@@ -124,6 +129,23 @@ TEST_F(RecordedStream, NewsBroadcastLosesNoCaption) {
     EXPECT_NE(std::find(c.begin(), c.end(), "1: 15[     Zinke, the possible]"), c.end());
     const long shown = std::count_if(c.begin(), c.end(), [](auto& s) { return s != "1:"; });
     EXPECT_GT(shown, 1000);
+}
+
+// Keeping the write position at an EDM mends the captions a broadcaster loads
+// across one and changes nothing else.
+TEST(EdmKeepsPosition, PutsTheNewsInViewersOrderAndLeavesRollUpAndPaintOnAlone) {
+    for (const char* file : {"rollup-mixed-rows.scc", "painton.scc"}) {
+        Player faithful, broadcast(true);
+        faithful.play(file);
+        broadcast.play(file);
+        EXPECT_EQ(broadcast.display.captions, faithful.display.captions) << file;
+        EXPECT_EQ(broadcast.screens, faithful.screens) << file;
+    }
+    Player news(true);
+    news.play("news-2018-12-17-popon.scc");
+    const Captions& c = news.display.captions;
+    ASSERT_EQ(static_cast<long>(c.size()), countFlipsAndErases("news-2018-12-17-popon.scc"));
+    EXPECT_EQ(c[3], "1: 14[     Yes, I'm supporting] 15[        Donald Trump.]");
 }
 
 TEST(SccReader, KeepsParityCountsDropFrameAndNamesBadLines) {

@@ -6,6 +6,7 @@
 
 #include "display/signmodel.h"
 #include "support/programrig.h"
+#include "support/testdata.h"
 
 namespace zelvan {
 namespace {
@@ -25,7 +26,8 @@ std::string trimmed(const std::string& s) {
 }
 
 struct EndToEnd : ::testing::Test {
-    ProgramRig rig{ZELVAN_BINARY};
+    explicit EndToEnd(const std::string& extraIni = "") : rig(ZELVAN_BINARY, extraIni) {}
+    ProgramRig rig;
     SignModel sign;
 
     // Up once the display has its startup caption and the decoder port is held.
@@ -105,6 +107,23 @@ TEST_F(EndToEnd, RollUpLinesGoOutOneFrameEachAndAPauseFlushesAPartialLine) {
     EXPECT_TRUE(signShows("Partial")) << sign.dump();
     EXPECT_GT(waited, 3000) << "sent before any pause";
     EXPECT_EQ(trimmed(sign.rowThroughReflector(2)), "First line");
+}
+
+struct BroadcastEndToEnd : EndToEnd {
+    BroadcastEndToEnd() : EndToEnd("[L21Decoder]\nEdmKeepsPosition=True\n") {}
+};
+
+// The news broadcaster erases the screen in the middle of loading its third
+// caption; with the setting read at start-up the caption keeps its order.
+TEST_F(BroadcastEndToEnd, NewsCaptionLoadedAcrossAnEdmReachesTheSignAsViewersSawIt) {
+    std::string opening;
+    for (const SccLine& line : testing::sample("news-2018-12-17-popon.scc").lines)
+        if (line.frame < 18 * 30) opening += line.bytes();
+    const auto shown = [&] {
+        return signShows("Yes, I'm supporting") && signShows("Donald Trump.");
+    };
+    exchange(opening, shown, 5000);
+    EXPECT_TRUE(shown()) << sign.dump();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // E X I T writing the settings file.
 
 #include <gtest/gtest.h>
+#include <QAction>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QPushButton>
 #include <QStandardPaths>
 
+#include "core/appshell.h"
 #include "core/frmtavo.h"
 #include "platform/qtsettingsstore.h"
 #include "support/qtrig.h"
@@ -87,6 +89,29 @@ TEST(SettingsFile, TextWithCommasAndHighBytesComesBackWhole) {
     QtSettingsStore again;
     EXPECT_EQ(again.get("General", "StartupBarker", ""), "One, two<br>\x95 three \xe9");
     EXPECT_EQ(again.get("DWPort", "baud", "9600"), "9600");
+}
+
+// The entry switches the decoder both line-21 filters share and saves the
+// setting at once; the next start reads it back.
+TEST(DecoderSetting, BroadcastEdmEntrySwitchesTheSharedDecoderAndSurvivesARestart) {
+    const auto entry = [](AppShell& shell) {
+        for (QAction* a : shell.mainWindow()->findChildren<QAction*>())
+            if (a->text() == QStringLiteral("Broadcast EDM (keep position)")) return a;
+        return static_cast<QAction*>(nullptr);
+    };
+    testing::QtRig rig;
+    AppShell shell, restarted;
+    shell.showMainWindow(rig.tavo);
+    const std::unique_ptr<frmTavo> window(shell.mainWindow());
+    ASSERT_NE(entry(shell), nullptr);
+    entry(shell)->trigger();
+    EXPECT_TRUE(shell.decoder().EdmKeepsPosition);
+
+    Tavo again{rig.dispatch, rig.store, rig.tone};
+    restarted.showMainWindow(again);
+    const std::unique_ptr<frmTavo> second(restarted.mainWindow());
+    EXPECT_TRUE(restarted.decoder().EdmKeepsPosition);
+    EXPECT_TRUE(entry(restarted)->isChecked());
 }
 
 }  // namespace
