@@ -62,26 +62,20 @@ struct FrmInTDSTest : ::testing::Test, testing::QtRig {
     }
 };
 
+// Stepping itself is the logic's; here each way in has to reach it.
 TEST_F(FrmInTDSTest, DialogMenuButtonsAndKeysReachTheActions) {
-    EXPECT_EQ(window->tbTCOffset->text(), QStringLiteral("+00:00:00:00"));
     window->cmdSelectTDSFile->click();  // Cancel
-    EXPECT_EQ(asked.value(0), QStringLiteral("Select Target File"));
     EXPECT_EQ(asked.value(2),
               QStringLiteral("TDS,Text (tds;txt) (*.tds *.txt)|SubRip (srt) (*.srt)|"
                              "WebVTT (vtt) (*.vtt)|All (*) (*)"));
-    EXPECT_TRUE(window->tbTDSFile->text().isEmpty());
-
     openScript("show.vtt",
                "WEBVTT\n\n00:01.000 --> 00:02.000\nOne\n\n00:03.000 --> 00:04.000\n"
                "Caf\xC3\xA9 two\n\n00:05.000 --> 00:06.000\nThree\n");
     EXPECT_EQ(window->tbTDSFile->text(), QStringLiteral("show.vtt"));
-    EXPECT_EQ(window->rtbCaptionNext->toPlainText(), QStringLiteral("One"));
     window->bSend->click();
     window->mnuSend->trigger();
     EXPECT_EQ(window->rtbCaptionCurrent->toPlainText(), QStringLiteral("Caf\u00E9 two"));
     window->bRewind->click();
-    EXPECT_EQ(window->rtbCaptionNext->toPlainText(), QStringLiteral("Caf\u00E9 two"));
-    EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty());
     window->mnuCaptionRewind->trigger();
     EXPECT_EQ(window->rtbCaptionNext->toPlainText(), QStringLiteral("One"));
 
@@ -90,18 +84,19 @@ TEST_F(FrmInTDSTest, DialogMenuButtonsAndKeysReachTheActions) {
     EXPECT_EQ(window->rtbCaptionCurrent->toPlainText(), QStringLiteral("One"));
     EXPECT_EQ(QApplication::focusWidget(), window->bSend) << "stepping gives Send the focus";
     press(window->bSend, Qt::Key_PageUp);
-    EXPECT_EQ(window->rtbCaptionNext->toPlainText(), QStringLiteral("One"));
+    EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty());
     window->bSend->click();
     press(window->tbTCOffset, Qt::Key_E, QStringLiteral("E"));
     EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty()) << "E erases anywhere";
-    EXPECT_TRUE(window->tbTCOffset->text().endsWith(u'E')) << "and still types";
+    EXPECT_EQ(window->tbTCOffset->text(), QStringLiteral("+00:00:00:00E")) << "and still types";
+    window->mnuSend->trigger();
+    window->mnuErase->trigger();
+    EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty());
     press(window->tbTCOffset, Qt::Key_F1);
     EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
 
     window->close();
     EXPECT_TRUE(window->isVisible()) << "only hideForm takes it away";
-    window->hideForm();
-    EXPECT_FALSE(window->isVisible());
 }
 
 // Ten captions stepped with Send, Rewind and Erase, each press reaching a sign
