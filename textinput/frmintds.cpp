@@ -3,8 +3,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -209,12 +211,15 @@ void frmInTDS::hideWindow() {
     hide();
 }
 
-// Paths are the file system's own bytes, not text of the code page.
+// Paths are the file system's own bytes, not text of the code page. The
+// dialog starts in the folder of the file last chosen, at the name the
+// operator sees in tbTDSFile.
 std::optional<std::string> frmInTDS::chooseFile(const std::string& title, const std::string& start,
                                                 const std::string& filter) {
+    QString startPath = QFile::decodeName(start.c_str());
+    if (!startPath.isEmpty()) startPath = QFileInfo(startPath).dir().filePath(tbTDSFile->text());
     const std::optional<QString> path =
-        m_chooser(this, QString::fromLatin1(title.c_str()), QFile::decodeName(start.c_str()),
-                  nameFilters(filter));
+        m_chooser(this, QString::fromLatin1(title.c_str()), startPath, nameFilters(filter));
     if (!path) return std::nullopt;
     return QFile::encodeName(*path).toStdString();
 }

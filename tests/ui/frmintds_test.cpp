@@ -95,6 +95,10 @@ TEST_F(FrmInTDSTest, DialogMenuButtonsAndKeysReachTheActions) {
     press(window->tbTCOffset, Qt::Key_F1);
     EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
 
+    answer.reset();
+    window->cmdSelectTDSFile->click();
+    EXPECT_EQ(asked.value(7), QString::fromStdString((dir / "show.vtt").string()));
+
     window->close();
     EXPECT_TRUE(window->isVisible()) << "only hideForm takes it away";
 }
