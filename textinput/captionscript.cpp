@@ -123,7 +123,7 @@ constexpr NamedEntity kEntities[] = {
 char32_t numericEntity(std::string_view digits) {
     const bool hex = !digits.empty() && (digits.front() == 'x' || digits.front() == 'X');
     if (hex) digits.remove_prefix(1);
-    if (digits.empty() || digits.size() > 7) return 0;
+    if (digits.empty()) return 0;  // the end is sought within 10 characters: 7 digits at most
     std::uint32_t value = 0;
     for (char c : digits) {
         int d = c >= '0' && c <= '9' ? c - '0' : -1;
@@ -140,8 +140,10 @@ char32_t numericEntity(std::string_view digits) {
 // The character of the reference at the start of `s` ("&amp;"), and its
 // length; 0 when `s` starts with no reference this reader knows.
 std::size_t decodeEntity(std::string_view s, std::string& out) {
-    const std::size_t end = s.find(';');
-    if (end == std::string_view::npos || end > 10) return 0;
+    // The longest reference known, "&#x10FFFF;", is 10 characters: the
+    // search for its end stops there, so a line of "&" stays linear.
+    const std::size_t end = s.substr(0, 10).find(';');
+    if (end == std::string_view::npos) return 0;
     const std::string_view name = s.substr(1, end - 1);
     if (!name.empty() && name.front() == '#') {
         const char32_t c = numericEntity(name.substr(1));
