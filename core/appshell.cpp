@@ -10,6 +10,7 @@
 #include "display/frmoutdw.h"
 #include "line21/frml21serial.h"
 #include "support/frmsplash.h"
+#include "textinput/frmintds.h"
 
 namespace zelvan {
 
@@ -45,6 +46,7 @@ MainConsole& AppShell::showMainWindow(Tavo& tavo) {
 
 std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
+    if (kind == FilterKind::TDS) return std::make_unique<frmInTDS>(tavo, *this);
     return std::make_unique<PlaceholderFilter>(kind, tavo);
 }
 

@@ -1,0 +1,301 @@
+#include "textinput/captionscript.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/codepage.h"
+
+namespace zelvan::script {
+
+namespace {
+
+constexpr std::string_view kCrLf = "\r\n";
+constexpr std::string_view kBom = "\xEF\xBB\xBF";
+constexpr std::string_view kTimingArrow = "-->";
+
+std::string_view withoutBom(std::string_view file) {
+    if (file.substr(0, kBom.size()) == kBom) file.remove_prefix(kBom.size());
+    return file;
+}
+
+bool isSpace(char c) {
+    return c == ' ' || c == '\t';
+}
+
+std::string_view trimSpace(std::string_view s) {
+    while (!s.empty() && isSpace(s.front())) s.remove_prefix(1);
+    while (!s.empty() && isSpace(s.back())) s.remove_suffix(1);
+    return s;
+}
+
+bool startsWithWord(std::string_view line, std::string_view word) {
+    if (line.substr(0, word.size()) != word) return false;
+    return line.size() == word.size() || isSpace(line[word.size()]);
+}
+
+bool isCueNumber(std::string_view line) {
+    line = trimSpace(line);
+    return !line.empty() &&
+           std::all_of(line.begin(), line.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+bool isTimingLine(std::string_view line) {
+    return line.find(kTimingArrow) != std::string_view::npos;
+}
+
+void appendCaption(std::vector<std::string>& captionList, const std::vector<std::string>& lines) {
+    if (lines.empty()) return;
+    std::string caption = lines.front();
+    for (std::size_t i = 1; i < lines.size(); ++i) (caption += kCrLf) += lines[i];
+    captionList.push_back(std::move(caption));
+}
+
+// ---- TDS and plain text ----
+
+void appendTdsCaptions(std::string_view file, std::vector<std::string>& captionList) {
+    std::vector<std::string> caption;
+    for (const std::string& raw : splitLines(file)) {
+        const std::string line = trimBlanks(raw);
+        switch (classify(line)) {
+            case LineClass::Separator:
+                appendCaption(captionList, caption);
+                caption.clear();
+                break;
+            case LineClass::Comment:
+            case LineClass::Marker:
+                break;
+            case LineClass::Text:
+                caption.push_back(line);
+                break;
+        }
+    }
+    appendCaption(captionList, caption);  // the end of the file closes the last one
+}
+
+// ---- SubRip and WebVTT ----
+
+bool isValidUtf8(std::string_view s) {
+    for (std::size_t i = 0; i < s.size();) {
+        const auto lead = static_cast<unsigned char>(s[i]);
+        int extra = -1;
+        if (lead < 0x80)
+            extra = 0;
+        else if (lead >= 0xC2 && lead < 0xE0)
+            extra = 1;
+        else if (lead >= 0xE0 && lead < 0xF0)
+            extra = 2;
+        else if (lead >= 0xF0 && lead < 0xF5)
+            extra = 3;
+        if (extra < 0 || s.size() - i <= static_cast<std::size_t>(extra)) return false;
+        for (int k = 1; k <= extra; ++k)
+            if ((static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return false;
+        i += static_cast<std::size_t>(extra) + 1;
+    }
+    return true;
+}
+
+void appendUtf8(std::string& out, char32_t c) {
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
+struct NamedEntity {
+    std::string_view name;
+    char32_t unicode;
+};
+
+// A non-breaking space becomes a plain blank: the sign knows no other kind,
+// and the blank keeps the words apart.
+constexpr NamedEntity kEntities[] = {
+    {"amp", U'&'}, {"lt", U'<'}, {"gt", U'>'}, {"nbsp", U' '}, {"quot", U'"'}, {"apos", U'\''},
+};
+
+// A numeric reference's character, or nothing for one that names no
+// printable character of the basic plane.
+char32_t numericEntity(std::string_view digits) {
+    const bool hex = !digits.empty() && (digits.front() == 'x' || digits.front() == 'X');
+    if (hex) digits.remove_prefix(1);
+    if (digits.empty()) return 0;  // the end is sought within 10 characters: 7 digits at most
+    std::uint32_t value = 0;
+    for (char c : digits) {
+        int d = c >= '0' && c <= '9' ? c - '0' : -1;
+        if (hex && c >= 'a' && c <= 'f') d = c - 'a' + 10;
+        if (hex && c >= 'A' && c <= 'F') d = c - 'A' + 10;
+        if (d < 0) return 0;
+        value = value * (hex ? 16 : 10) + static_cast<std::uint32_t>(d);
+    }
+    const bool printable = value >= 0x20 && value != 0x7F && (value < 0x80 || value >= 0xA0);
+    if (!printable || value > 0xFFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
+    return value;
+}
+
+// The character of the reference at the start of `s` ("&amp;"), and its
+// length; 0 when `s` starts with no reference this reader knows.
+std::size_t decodeEntity(std::string_view s, std::string& out) {
+    // The longest reference known, "&#x10FFFF;", is 10 characters: the
+    // search for its end stops there, so a line of "&" stays linear.
+    const std::size_t end = s.substr(0, 10).find(';');
+    if (end == std::string_view::npos) return 0;
+    const std::string_view name = s.substr(1, end - 1);
+    if (!name.empty() && name.front() == '#') {
+        const char32_t c = numericEntity(name.substr(1));
+        if (c == 0)
+            out += static_cast<char>(codepage::kReplacement);
+        else
+            appendUtf8(out, c);
+        return end + 1;
+    }
+    for (const NamedEntity& e : kEntities) {
+        if (e.name != name) continue;
+        appendUtf8(out, e.unicode);
+        return end + 1;
+    }
+    return 0;
+}
+
+// How long the tag at the start of `s` is: "<i>", "</font>", "<v Roger>",
+// "<00:01.000>" or a SubRip override "{\an8}"; 0 for a plain "<" or "{".
+std::size_t tagLength(std::string_view s) {
+    if (s.size() < 2) return 0;
+    char close = 0;
+    if (s[0] == '<') {
+        const char next = s[1];
+        const bool letter = (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z');
+        if (letter || next == '/' || (next >= '0' && next <= '9')) close = '>';
+    } else if (s[0] == '{' && s[1] == '\\') {
+        close = '}';
+    }
+    if (close == 0) return 0;
+    const std::size_t end = s.find(close);
+    return end == std::string_view::npos ? 0 : end + 1;
+}
+
+// A cue line as the sign should show it: tags out, entities in, blanks off,
+// in the code page.
+std::string cueText(std::string_view utf8) {
+    std::string out;
+    for (std::size_t i = 0; i < utf8.size();) {
+        const std::string_view rest = utf8.substr(i);
+        if (const std::size_t tag = tagLength(rest)) {
+            i += tag;
+            continue;
+        }
+        if (rest.front() == '&') {
+            if (const std::size_t n = decodeEntity(rest, out)) {
+                i += n;
+                continue;
+            }
+        }
+        out += rest.front();
+        ++i;
+    }
+    return codepage::fromUtf8(std::string(trimSpace(out)));
+}
+
+bool isSkippedBlock(std::string_view first, Format format) {
+    if (format != Format::WebVtt) return false;
+    return startsWithWord(first, "NOTE") || startsWithWord(first, "STYLE") ||
+           startsWithWord(first, "REGION") || startsWithWord(first, "WEBVTT");
+}
+
+// One block of lines between blank lines. Whatever stands before the timing
+// line (a cue number or identifier) is dropped; a block without one (a
+// header, a note, a stray line) gives no caption.
+void appendCue(const std::vector<std::string_view>& block, Format format,
+               std::vector<std::string>& captionList) {
+    if (block.empty() || isSkippedBlock(block.front(), format)) return;
+    const auto timing = std::find_if(block.begin(), block.end(), isTimingLine);
+    if (timing == block.end()) return;
+    std::vector<std::string> lines;
+    for (auto it = timing + 1; it != block.end(); ++it)
+        if (std::string text = cueText(*it); !text.empty()) lines.push_back(std::move(text));
+    appendCaption(captionList, lines);
+}
+
+// Valid UTF-8 is read as UTF-8, as both formats are written; a file that
+// isn't is taken for an older script in the code page itself.
+std::string asUtf8(std::string_view file) {
+    file = withoutBom(file);
+    return isValidUtf8(file) ? std::string(file) : codepage::toUtf8(std::string(file));
+}
+
+void appendCueCaptions(std::string_view file, Format format,
+                       std::vector<std::string>& captionList) {
+    const std::string text = asUtf8(file);
+    const std::vector<std::string> lines = splitLines(text);
+    std::vector<std::string_view> block;
+    for (const std::string& line : lines) {
+        if (!trimSpace(line).empty()) {
+            block.push_back(line);
+            continue;
+        }
+        appendCue(block, format, captionList);
+        block.clear();
+    }
+    appendCue(block, format, captionList);
+}
+
+}  // namespace
+
+std::string trimBlanks(std::string_view line) {
+    const std::size_t first = line.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return std::string(line.substr(first, line.find_last_not_of(' ') - first + 1));
+}
+
+LineClass classify(std::string_view trimmed) {
+    if (trimmed.empty()) return LineClass::Separator;
+    switch (trimmed.front()) {
+        case ';':
+            return LineClass::Comment;
+        case '_':
+        case '^':
+            return LineClass::Marker;
+        default:
+            return LineClass::Text;
+    }
+}
+
+std::vector<std::string> splitLines(std::string_view file) {
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < file.size(); ++i) {
+        if (file[i] != '\r' && file[i] != '\n') continue;
+        lines.emplace_back(file.substr(start, i - start));
+        if (file[i] == '\r' && i + 1 < file.size() && file[i + 1] == '\n') ++i;
+        start = i + 1;
+    }
+    if (start < file.size()) lines.emplace_back(file.substr(start));
+    return lines;
+}
+
+// A WebVTT file says so in its first line; a SubRip file starts with cue
+// number 1 (or any number) and a timing line. Anything else is TDS, the
+// format that takes every file.
+Format detectFormat(std::string_view file) {
+    file = withoutBom(file);
+    if (startsWithWord(file.substr(0, file.find_first_of("\r\n")), "WEBVTT")) return Format::WebVtt;
+    const std::vector<std::string> lines = splitLines(file.substr(0, 4096));
+    const auto first = std::find_if(lines.begin(), lines.end(),
+                                    [](const std::string& l) { return !trimSpace(l).empty(); });
+    if (first == lines.end() || first + 1 == lines.end()) return Format::Tds;
+    return isCueNumber(*first) && isTimingLine(*(first + 1)) ? Format::SubRip : Format::Tds;
+}
+
+void appendCaptions(std::string_view file, std::vector<std::string>& captionList) {
+    const Format format = detectFormat(file);
+    if (format == Format::Tds)
+        appendTdsCaptions(file, captionList);
+    else
+        appendCueCaptions(file, format, captionList);
+}
+
+}  // namespace zelvan::script

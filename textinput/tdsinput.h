@@ -1,0 +1,113 @@
+#pragma once
+// The caption file window's rules, without a window: the script read from a
+// file, the caption on deck in the rows, what the sign shows, and the three
+// actions an operator steps with: Send, Rewind and Erase. The Qt window
+// frmInTDS binds its controls, menu and keys to this class; tests drive it
+// with a fake view on virtual time.
+//
+// This filter stands beside the capture ring: nothing here queues a byte.
+// Each action calls the display output itself, with the rows as a whole
+// changed, and the display reads the rows through the row readers.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/inputfilter.h"
+#include "core/tavo.h"
+#include "textinput/textrows.h"
+
+namespace zelvan {
+
+inline constexpr const char* kTdsTitle = "Input: TDS File";
+inline constexpr const char* kTdsDialogTitle = "Select Target File";
+// Pairs of "what the operator reads|the patterns", the first one chosen.
+inline constexpr const char* kTdsFileFilter =
+    "TDS,Text (tds;txt)|*.tds;*.txt|SubRip (srt)|*.srt|WebVTT (vtt)|*.vtt|All (*)|*.*";
+inline constexpr const char* kTdsDefaultOffset = "+00:00:00:00";
+
+// Key codes the window acts on, whatever Shift or Ctrl is held.
+inline constexpr int kKeyPageUp = 33;    // Rewind
+inline constexpr int kKeyPageDown = 34;  // Send
+inline constexpr int kKeyE = 69;         // Erase
+inline constexpr int kKeyF1 = 112;       // Help
+
+class TdsView {
+  public:
+    virtual ~TdsView() = default;
+    // Left edge at the main window's left edge, top at its height.
+    virtual void placeWindow() = 0;
+    // Modeless, owned by the main window.
+    virtual void showWindow() = 0;
+    virtual void hideWindow() = 0;
+    // The open-file dialog, starting at `start`: the chosen file's full path,
+    // or nothing when the operator cancels.
+    virtual std::optional<std::string> chooseFile(const std::string& title,
+                                                  const std::string& start,
+                                                  const std::string& filter) = 0;
+    virtual void setFileName(const std::string& name) = 0;       // tbTDSFile
+    virtual void setOffsetText(const std::string& text) = 0;     // tbTCOffset
+    virtual void setDisplayedText(const std::string& text) = 0;  // rtbCaptionCurrent
+    virtual void setOnDeckText(const std::string& text) = 0;     // rtbCaptionNext
+    virtual void focusSend() = 0;
+    virtual void showHelp() = 0;
+};
+
+class TdsInput : public InputFilter {
+  public:
+    TdsInput(Tavo& tavo, TdsView& view);
+
+    // --- the filter contract ---
+    void showForm() override;
+    void hideForm() override;
+    // No producer feeds this filter; it only meets bytes another input left
+    // on the ring, and takes them as the ASCII serial filter does.
+    std::int16_t filterEntry(const std::string& inString, std::string& outString) override;
+    std::string getExternalText(std::int16_t i) override;
+    std::string getExternalTextTrimmed(std::int16_t i) override;
+
+    // --- the operator's actions ---
+    void send();
+    void rewind();
+    void erase();
+    // cmdSelectTDSFile and mnuFileOpen.
+    void openFile();
+    // The window sees every key first, by its code; the menu entries come
+    // through here with the code of their key.
+    void keyDown(int keyCode);
+
+    const std::vector<std::string>& captionList() const { return m_captionList; }
+    std::int32_t iNextCaption() const { return m_iNextCaption; }
+    bool bFileLoaded() const { return m_bFileLoaded; }
+    const std::string& sFilePath() const { return m_sFilePath; }
+    const std::string& onDeckText() const { return m_onDeckPane; }
+    const std::string& displayedText() const { return m_displayed; }
+    // The window's state as text, for tests and debugging.
+    std::string dump() const;
+
+  private:
+    void clearRows();
+    void addRow(const std::string& line);
+    void nextCaption();
+    void putOnRows(const std::string& caption);
+    void toDisplay();
+    void setDisplayed(const std::string& text);
+
+    Tavo& m_tavo;
+    TdsView& m_view;
+    TextRows m_rows;
+    AsciiFilter m_filter{m_rows};
+    std::vector<std::string> m_captionList;
+    std::int32_t m_iNextCaption = 1;
+    bool m_bFileLoaded = false;
+    std::string m_sFilePath;
+    std::string m_fileName;
+    // The caption on deck as the rows take it (at most 15 lines), the pane's
+    // text (which also says how many lines were left out) and what was sent last.
+    std::string m_onDeck;
+    std::string m_onDeckPane;
+    std::string m_displayed;
+};
+
+}  // namespace zelvan
