@@ -24,7 +24,7 @@ inline constexpr const char* kDefaultStartupBarker =
     "shortly.";
 inline constexpr int kBarkerSlots = 3;
 // The longest a capture turn sleeps while a board is to be read.
-inline constexpr int kBoardPollMs = 4;
+inline constexpr int kBoardPollMs = 3;
 
 class Tavo {
   public:
