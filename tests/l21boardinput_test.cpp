@@ -76,6 +76,7 @@ TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport)
 TEST_F(BoardInput, WithNoBoardTheListHoldsOneEntryAndNothingIsRead) {
     load();
     EXPECT_EQ(listed(), Log{"No Board Currently Selected"});
+    EXPECT_EQ(input->selectedEntry(), 0);
     input->readBoard();
     EXPECT_TRUE(lib.log.empty());
 }
