@@ -11,72 +11,10 @@
 #include <string>
 
 #include "core/sccreader.h"
-#include "display/console.h"
-#include "line21/l21serialinput.h"
+#include "support/logicframes.h"
 #include "support/programrig.h"
-#include "support/quietprogram.h"
-#include "support/recordinglinkview.h"
 
 using namespace zelvan;
-
-namespace {
-
-struct NullConsoleView : ConsoleView {
-    void showBox(ConsoleBox, bool) override {}
-    void showFilterCaption(const std::string&, int) override {}
-    void showScrollLines(int) override {}
-    void showLinesText(const std::string&) override {}
-    void showPending(const std::string&) override {}
-    void placeWindow() override {}
-    void showWindow() override {}
-    void hideWindow() override {}
-};
-
-struct ConsoleOutput : DisplayOutput {
-    explicit ConsoleOutput(DisplayConsole& c) : console(c) {}
-    void showForm() override { console.showForm(); }
-    void hideForm() override { console.hideForm(); }
-    void doInput(std::int16_t style, const std::string& line) override {
-        console.doInput(style, line);
-    }
-    void showStartupBarker(bool on) override { console.showStartupBarker(on); }
-    void DWErase() override { console.DWErase(); }
-    DisplayConsole& console;
-};
-
-// The frames the program's logic sends for the stream, after its start-up
-// caption: the decoder window's receive path and the display console, on
-// virtual time, over fake ports.
-std::string logicFrames(const std::string& stream) {
-    testing::QuietProgram program;
-    Tavo& tavo = program.tavo;
-    FakeSerialPort signPort(program.dispatch);
-    testing::RecordingLinkView linkView;
-    NullConsoleView consoleView;
-    DisplayConsole console(tavo, signPort, linkView, consoleView);
-    ConsoleOutput output(console);
-    tavo.splitStartupBarker();
-    console.formLoad();
-    console.showForm();
-    tavo.frmOutDW = &output;
-    tavo.bOutDW = true;
-
-    InL21 memory;
-    testing::RecordingL21SerialView view;
-    L21SerialInput input(tavo, memory, program.port, view);
-    input.link().openPort();
-    memory.view = &input;
-    tavo.frmL21Serial = &input;
-    tavo.bInL21Serial = true;
-    program.dispatch.yield();
-
-    const std::size_t startup = signPort.sent.size();
-    program.port.deliver(stream);
-    while (program.port.rxCount() > 0 || !tavo.queueEmpty()) tavo.pollInput();
-    return signPort.sent.substr(startup);
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
     if (argc < 2) {
@@ -91,7 +29,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     const std::string stream = rec.stream();
-    const std::string expected = logicFrames(stream);
+    const std::string expected = testing::logicFrames(stream);
 
     testing::ProgramRig rig(argv[1], "", std::getenv("DISPLAY") == nullptr);
     if (!rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 30000)) {

@@ -9,6 +9,8 @@
 #include "core/placeholders.h"
 #include "display/frmoutdw.h"
 #include "line21/frml21serial.h"
+#include "line21/frml21usb.h"
+#include "platform/simulatedboard.h"
 #include "support/frmsplash.h"
 #include "textinput/frmintds.h"
 
@@ -46,8 +48,19 @@ MainConsole& AppShell::showMainWindow(Tavo& tavo) {
 
 std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
+    if (kind == FilterKind::L21USB)
+        return std::make_unique<frmL21USB>(tavo, m_inL21, board(tavo), *this);
     if (kind == FilterKind::TDS) return std::make_unique<frmInTDS>(tavo, *this);
     return std::make_unique<PlaceholderFilter>(kind, tavo);
+}
+
+// This machine has no board library: the board is the simulated one, set up
+// by the settings section "Board".
+BoardLibrary& AppShell::board(Tavo& tavo) {
+    if (!m_board)
+        m_board = std::make_unique<SimulatedBoard>(readBoardSettings(tavo.store()),
+                                                   [&tavo] { return tavo.dispatch().nowMs(); });
+    return *m_board;
 }
 
 std::unique_ptr<DisplayOutput> AppShell::makeDisplay(Tavo& tavo) {

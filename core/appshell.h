@@ -4,6 +4,7 @@
 
 #include "core/mainview.h"
 #include "line21/inl21.h"
+#include "platform/boardlibrary.h"
 
 namespace zelvan {
 
@@ -27,9 +28,14 @@ class AppShell : public Shell {
     void skipSplash(bool skip) { m_skipSplash = skip; }
 
   private:
+    BoardLibrary& board(Tavo& tavo);
+
     frmTavo* m_main = nullptr;
     // The one caption memory, shared by the two line-21 filters.
     InL21 m_inL21;
+    // The timecode board outlives the windows that read it: made at the first
+    // selection of its filter, it plays on while other filters are in use.
+    std::unique_ptr<BoardLibrary> m_board;
     bool m_busy = false;
     bool m_skipSplash = false;
 };

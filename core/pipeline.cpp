@@ -98,13 +98,17 @@ void Tavo::captureLoop() {
     --captureDepth;
 }
 
-// With nothing queued and no board to read, the yield may sleep until the next
-// event, so a quiet capture loop doesn't keep a processor busy.
+// With nothing queued the yield may sleep until the next event, so a quiet
+// capture loop doesn't keep a processor busy. A board raises no event: while
+// it is selected the sleep is cut short, so it is still read a few hundred
+// times a second.
 void Tavo::pollInput() {
-    if (queueEmpty() && !bInL21USB)
-        m_dispatch.yieldOrWait();
-    else
+    if (!queueEmpty())
         m_dispatch.yield();
+    else if (bInL21USB)
+        m_dispatch.yieldOrWaitFor(kBoardPollMs);
+    else
+        m_dispatch.yieldOrWait();
     if (bInL21USB && frmL21USB) frmL21USB->readBoard();
     drainQueue();
 }

@@ -23,6 +23,8 @@ inline constexpr const char* kDefaultStartupBarker =
     "Welcome to Halvane Captions.<br>Please adjust your reflector.<br>The feature will start "
     "shortly.";
 inline constexpr int kBarkerSlots = 3;
+// The longest a capture turn sleeps while a board is to be read.
+inline constexpr int kBoardPollMs = 3;
 
 class Tavo {
   public:

@@ -26,6 +26,9 @@ class EventDispatch {
     // Like yield, but when nothing is pending it may sleep until the next event
     // (a timer, a port, a window event) instead of returning empty-handed.
     virtual void yieldOrWait() = 0;
+    // Like yieldOrWait, but sleeps no longer than maxMs: for a loop that must
+    // also look at something that raises no event, such as a board.
+    virtual void yieldOrWaitFor(int maxMs) = 0;
     // Queues a call to run in a later yield, on this thread.
     virtual void post(std::function<void()> fn) = 0;
     // A timer whose handler runs inside a yield. Starts disabled with interval 0.

@@ -53,6 +53,17 @@ void QtDispatch::yieldOrWait() {
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
+void QtDispatch::yieldOrWaitFor(int maxMs) {
+    if (!m_wake) {
+        m_wake = std::make_unique<QTimer>();
+        m_wake->setSingleShot(true);
+        m_wake->setTimerType(Qt::PreciseTimer);
+    }
+    m_wake->start(maxMs);
+    yieldOrWait();
+    m_wake->stop();
+}
+
 void QtDispatch::post(std::function<void()> fn) {
     QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(fn), Qt::QueuedConnection);
 }

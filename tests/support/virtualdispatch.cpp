@@ -111,6 +111,13 @@ void VirtualDispatch::yieldOrWait() {
     runDue();
 }
 
+void VirtualDispatch::yieldOrWaitFor(int maxMs) {
+    ++m_yields;
+    if (runDue()) return;
+    m_now = std::max(m_now, std::min(nextDeadline(), m_now + maxMs));
+    runDue();
+}
+
 void VirtualDispatch::advance(long long ms) {
     const long long end = m_now + ms;
     runDue();

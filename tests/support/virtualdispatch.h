@@ -19,6 +19,8 @@ class VirtualDispatch : public EventDispatch {
     // With nothing pending, moves the clock to the next timer or scheduled call
     // and runs it; with nothing at all ahead, returns at once.
     void yieldOrWait() override;
+    // The same, but the clock moves no further than maxMs.
+    void yieldOrWaitFor(int maxMs) override;
     void post(std::function<void()> fn) override;
     std::unique_ptr<Timer> makeTimer(std::function<void()> onFire) override;
     long long nowMs() const override { return m_now; }

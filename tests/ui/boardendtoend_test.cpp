@@ -1,0 +1,54 @@
+// The road from the timecode board to the sign, through the real program:
+// started with the board filter selected and the simulated board playing a
+// short recording, with the sign on a pseudo-terminal. The captions come out
+// at the pace of the recording's timecodes and byte for byte as the same
+// bytes from a decoder box would give them.
+
+#include <gtest/gtest.h>
+
+#include "display/signmodel.h"
+#include "support/logicframes.h"
+#include "support/programrig.h"
+#include "support/testdata.h"
+
+namespace zelvan {
+namespace {
+
+using testing::ProgramRig;
+
+bool signShows(const std::string& bytes, const std::string& text) {
+    SignModel sign;
+    sign.feed(bytes);
+    for (int r = 1; r <= 3; ++r)
+        if (sign.rowThroughReflector(r).find(text) != std::string::npos) return true;
+    return false;
+}
+
+TEST(BoardEndToEnd, AShortRecordingReachesTheSignInRealTimeAsFromADecoderBox) {
+    const std::string path = testing::samplePath("popon-short.scc");
+    // Its first two lines: a caption, and 2 s after the first timecode its erase.
+    SccRecording head = testing::sample("popon-short.scc");
+    ASSERT_GE(head.lines.size(), 2u);
+    head.lines.resize(2);
+    const std::string expected = testing::logicFrames(head.stream());
+
+    ProgramRig rig(ZELVAN_BINARY,
+                   "[General]\nInputFilterType=2\n[Board]\nRecording=" + path + "\n");
+    ASSERT_TRUE(rig.running());
+    const std::string caption = "( horn ho";
+    ASSERT_TRUE(rig.waitUntil([&] { return signShows(rig.signBytes, caption); }, 20000, 1))
+        << "the caption never reached the sign";
+    const auto shown = ProgramRig::Clock::now();
+    ASSERT_TRUE(rig.waitUntil([&] { return !signShows(rig.signBytes, caption); }, 5000, 1));
+    const auto erased = ProgramRig::Clock::now();
+    rig.readSign(500);  // the next caption is half a minute away: nothing more comes
+
+    // The caption flips into view at frame 20 and is erased at frame 60.
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(erased - shown).count();
+    EXPECT_NEAR(ms, (60 - 20) * 1001 / 30, 150);
+    ASSERT_GE(rig.signBytes.size(), expected.size());
+    EXPECT_EQ(rig.signBytes.substr(rig.signBytes.size() - expected.size()), expected);
+}
+
+}  // namespace
+}  // namespace zelvan
