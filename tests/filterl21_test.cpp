@@ -12,19 +12,16 @@ namespace {
 
 using testing::FakeL21View;
 using testing::feedL21;
-using Styles = std::vector<std::int16_t>;
+using testing::l21Pair;
 
-std::string pair(int f, int s) {
-    return {static_cast<char>(f), static_cast<char>(s)};
-}
 std::string twice(int f, int s) {
-    return pair(f, s) + pair(f, s);
+    return l21Pair(f, s) + l21Pair(f, s);
 }
 
-const std::string kRCL = pair(0x14, 0x20), kBS = pair(0x14, 0x21), kRU2 = pair(0x14, 0x25),
-                  kRDC = pair(0x14, 0x29), kEDM = pair(0x14, 0x2C), kCR = pair(0x14, 0x2D),
-                  kENM = pair(0x14, 0x2E), kEOC = pair(0x14, 0x2F), kRow15 = pair(0x14, 0x70),
-                  kRow1 = pair(0x11, 0x40);
+const std::string kRCL = l21Pair(0x14, 0x20), kBS = l21Pair(0x14, 0x21), kRU2 = l21Pair(0x14, 0x25),
+                  kEDM = l21Pair(0x14, 0x2C), kCR = l21Pair(0x14, 0x2D), kENM = l21Pair(0x14, 0x2E),
+                  kEOC = l21Pair(0x14, 0x2F), kRow15 = l21Pair(0x14, 0x70),
+                  kRow1 = l21Pair(0x11, 0x40);
 
 struct DecoderTest : ::testing::Test {
     InL21 m;
@@ -51,14 +48,11 @@ struct DecoderTest : ::testing::Test {
     }
 };
 
+// A doubled EOC flips once (the repeats are checked below).
 TEST_F(DecoderTest, PopOnLoadsOffScreenAndFlipsOnceForADoubledEoc) {
-    const Styles styles = feedL21(
-        m, twice(0x14, 0x20) + twice(0x14, 0x2E) + twice(0x14, 0x70) + "Hi" + twice(0x14, 0x2F));
-    Styles expected(styles.size(), 0);
-    expected[expected.size() - 3] = 1;
-    EXPECT_EQ(styles, expected);
-    EXPECT_EQ(row(2, 15), "Hi");
-    EXPECT_EQ(m.iDM, 2);
+    feed(twice(0x14, 0x20) + twice(0x14, 0x2E) + twice(0x14, 0x70) + "Hi");
+    EXPECT_EQ(m.getExternalTextL21(15), "") << "loaded off screen";
+    EXPECT_EQ(feed(twice(0x14, 0x2F)), 0) << "the repeat yields nothing";
     EXPECT_EQ(m.getExternalTextL21(15), "Hi");
     EXPECT_EQ(m.iRow * 100 + m.iCol, 101);
     // No RCL: writing goes on in the same physical bank, now on show.
@@ -72,37 +66,26 @@ TEST_F(DecoderTest, PopOnLoadsOffScreenAndFlipsOnceForADoubledEoc) {
 TEST_F(DecoderTest, RollUpEntryErasesBothBanksButADepthChangeDoesNot) {
     feed(kRCL + kRow15 + "shown" + kEOC + kRCL + kRow15 + "loaded" + kRU2);
     EXPECT_TRUE(blank(1) && blank(2));
-    feed(kRow15 + "kept" + pair(0x14, 0x26) + pair(0x14, 0x27));
+    feed(kRow15 + "kept" + l21Pair(0x14, 0x26) + l21Pair(0x14, 0x27));
     EXPECT_EQ(m.getExternalTextL21(15), "kept");
 }
 
-TEST_F(DecoderTest, RollUpLineEndsAtCrAndTheNextByteErasesIt) {
-    feed(twice(0x14, 0x25) + twice(0x14, 0x70) + pair(0x11, 0x40) + "AB");
+TEST_F(DecoderTest, RollUpLineEndsAtCrArmsTheFlushTimerAndTheNextByteErasesIt) {
+    m.view = &window;
+    feed(twice(0x14, 0x25) + twice(0x14, 0x70) + kRow1 + "AB");
     EXPECT_EQ(m.getExternalTextL21(1), "AB") << "roll-up text is on show as it comes";
+    EXPECT_FALSE(window.timer->enabled());
     EXPECT_EQ(feed(kCR), 3);
     EXPECT_EQ(out, "AB" + std::string(30, ' '));
-    EXPECT_EQ(m.getExternalTextL21(1), "AB");
+    EXPECT_TRUE(window.timer->enabled() && window.timer->interval() == 5000);
     EXPECT_EQ(feed("\x14"), 0);
     EXPECT_EQ(m.getExternalTextL21(1), "") << "erased by a byte that itself does nothing";
     EXPECT_EQ(feed("\x2D"), 0) << "the doubled CR is a repeat";
     feed("next");
     EXPECT_EQ(m.getExternalTextL21(15), "next") << "after a CR text goes to row 15, column 1";
     // The CR code of the second field ends the line but carries no text.
-    EXPECT_EQ(feed(pair(0x15, 0x2D)), 3);
+    EXPECT_EQ(feed(l21Pair(0x15, 0x2D)), 3);
     EXPECT_EQ(out, "");
-}
-
-TEST_F(DecoderTest, EdmBlanksTheDisplayInEveryModeAndGoesToRow1) {
-    for (const std::string& mode : {kRCL, kRDC, kRU2}) {
-        m.initL21();
-        feed(mode + kRow15 + "abc");
-        m.fillMemory(m.iDM);
-        m.fillMemory(m.iNM);
-        EXPECT_EQ(feed(kEDM), 1);
-        EXPECT_TRUE(blank(m.iDM));
-        EXPECT_FALSE(blank(m.iNM));
-        EXPECT_EQ(m.iRow * 100 + m.iCol, 101);
-    }
 }
 
 // Some broadcasters send EDM while the next pop-on caption is loading.
@@ -138,37 +121,35 @@ TEST_F(DecoderTest, SecondChannelTakesOnlyItsOwnCommandsAndRowCodes) {
     EXPECT_FALSE(m.bChannelActive);
     EXPECT_EQ(m.iRow, 15) << "a row code acts on a shut gate";
     EXPECT_TRUE(blank(2));
-    feed(pair(0x1C, 0x20) + pair(0x1D, 0x60) + "two");
+    feed(l21Pair(0x1C, 0x20) + l21Pair(0x1D, 0x60) + "two");
     // Mid-row, special, tab and other row codes of the second channel are dropped.
-    feed(pair(0x19, 0x20) + pair(0x19, 0x37) + pair(0x1F, 0x21) + pair(0x1A, 0x40));
+    feed(l21Pair(0x19, 0x20) + l21Pair(0x19, 0x37) + l21Pair(0x1F, 0x21) + l21Pair(0x1A, 0x40));
     EXPECT_EQ(m.iRow * 100 + m.iCol, 604);
-    feed(pair(0x1D, 0x2F));
+    feed(l21Pair(0x1D, 0x2F) + l21Pair(0x14, 0x30));
     EXPECT_EQ(m.getExternalTextL21(6), "two");
+    EXPECT_TRUE(m.bChannelActive) << "0x14 0x30 is no command and makes no channel test";
     feed(kCR);
     EXPECT_FALSE(m.bChannelActive) << "the flush pair belongs to the first channel";
-    feed(pair(0x11, 0x37));
+    feed(l21Pair(0x11, 0x37));
     EXPECT_EQ(row(m.iDM, 1), "\x95") << "special characters ignore the gate";
 }
 
 TEST_F(DecoderTest, RepeatsLastUntilAcceptedText) {
-    struct Case {
-        std::string stream;
-        int flips;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, int> cases[] = {
         {kEOC + kEOC + kEOC, 1},
         {kEOC + "x" + kEOC, 2},
-        {kEOC + "\x01" + "noise" + kEOC, 1},  // across the Ignoring state
-        {kEOC + pair(0x1C, 0x2F) + kEOC, 2},  // the other channel's pair counts
+        {kEOC + "\x01" + "noise" + kEOC, 1},     // across the Ignoring state
+        {kEOC + l21Pair(0x1C, 0x2F) + kEOC, 2},  // the other channel's pair counts
     };
-    for (const Case& c : cases) {
+    for (const auto& [stream, flips] : cases) {
         m.initL21();
-        feed(c.stream);
-        EXPECT_EQ(m.iDM, c.flips % 2 ? 2 : 1) << ::testing::PrintToString(c.stream);
+        feed(stream);
+        EXPECT_EQ(m.iDM, flips % 2 ? 2 : 1) << ::testing::PrintToString(stream);
     }
     // A mid-row code acts on a shut gate: a repeat across dropped text shows.
     m.initL21();
-    feed(kRCL + kRow1 + pair(0x1C, 0x20) + pair(0x11, 0x20) + "dropped" + pair(0x11, 0x20));
+    feed(kRCL + kRow1 + l21Pair(0x1C, 0x20) + l21Pair(0x11, 0x20) + "dropped" +
+         l21Pair(0x11, 0x20));
     EXPECT_EQ(m.iCol, 2);
     m.initL21();
     feed(kEOC);
@@ -177,39 +158,24 @@ TEST_F(DecoderTest, RepeatsLastUntilAcceptedText) {
     EXPECT_TRUE(m.bChannelActive) << "a repeat makes no channel test";
 }
 
-// The three assembly states: 0 idle, 1 first byte held, 2 ignoring text.
-int stateOf(const InL21& m) {
-    EXPECT_FALSE(m.bHaveFirst && m.bIgnoreText);
-    return m.bHaveFirst ? 1 : m.bIgnoreText ? 2 : 0;
-}
-
-TEST(ByteAssembly, FollowsTheStateTable) {
-    const std::string reach[] = {"", "\x11", "\x7F"};
-    const struct {
-        int from, byte, to;
-    } cases[] = {{0, 'a', 0},  {0, 0x10, 1}, {0, 0x1F, 1}, {0, 0x0F, 2}, {0, 0x7F, 2},
-                 {0, 0xC1, 2}, {1, 0x20, 0}, {1, 0x7E, 0}, {1, 0x14, 1}, {1, 0x01, 2},
-                 {1, 0x7F, 2}, {2, 'a', 2},  {2, 0x80, 2}, {2, 0x15, 1}};
-    for (const auto& c : cases) {
-        InL21 m;
-        feedL21(m, kRCL + kRow1 + reach[c.from]);
-        ASSERT_EQ(stateOf(m), c.from);
-        feedL21(m, std::string(1, static_cast<char>(c.byte)));
-        EXPECT_EQ(stateOf(m), c.to) << c.from << " + 0x" << std::hex << c.byte;
-    }
-}
-
+// A pair opens at a byte 0x10-0x1F; any byte below 0x10, 0x7F or with bit 7
+// set drops the waiting pair and the text after it, up to the next pair.
 TEST_F(DecoderTest, PairsAreFoundByTheirFirstByteOnly) {
-    feed(kRCL + kRow1 +
-         "a\x7F"
-         "bc" +
-         kRow1 + "d");
-    EXPECT_EQ(row(2, 1), "d") << "text after 0x7F is dropped until the next pair";
-    feed(std::string("\x14\x03\x2F", 3) + "\x14\x7F" + "x");
-    EXPECT_EQ(m.iDM, 1) << "a byte of class Other loses the waiting pair";
-    EXPECT_EQ(row(2, 1), "d");
-    feed("\x11\x14\x2F");
-    EXPECT_EQ(m.iDM, 2) << "a second first byte replaces the first";
+    const std::pair<std::string, std::string> cases[] = {
+        {"q\x7Fyz" + kRow1 + "d", "d"},
+        {"x\x0Fyz", "x"},
+        {"x\xC1yz", "x"},
+        {"x\x10yz", "xz"},  // 0x10 0x79 is a row code that places nothing
+        {"x\x1Fyz", "xz"},
+        {"x\x11" + kBS, ""},     // a second first byte replaces the first
+        {"x\x14\x03\x21", "x"},  // the waiting BS is lost, its second byte dropped
+        {"\x7Fy\x11\x2Ez", " z"},
+    };
+    for (const auto& [stream, text] : cases) {
+        startAt(1);
+        feed(stream);
+        EXPECT_EQ(row(2, 1), text) << ::testing::PrintToString(stream);
+    }
     feed(kRU2 + kRow15 + "AB" + kCR);
     EXPECT_EQ(m.FilterL21("", out), 0);
     EXPECT_TRUE(blank(m.iDM)) << "an empty call still runs the pending erase";
@@ -228,16 +194,14 @@ TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
     } cases[] = {
         {1, dots30 + ".abc", dots30 + ".c", 32},
         {1, dots30 + ".abc" + kBS, dots30 + " c", 31},
-        {1, kBS, "", 1},
-        {1, "a" + kBS, "", 1},
-        {1, "a" + pair(0x11, 0x2E) + "b", "a b", 4},
-        {1, pair(0x13, 0x34), "\xDF", 2},
-        {1, pair(0x13, 0x34) + "cafe" + pair(0x12, 0x21) + "!",
-         "\xDF"
-         "caf\xC9!",
-         7},
-        {31, "a" + pair(0x12, 0x30), dots30 + "\xC0", 32},
-        {31, "a" + pair(0x12, 0x30) + "bc" + pair(0x12, 0x31), dots30 + "\xC0\xC2", 32},
+        {1, "a" + kBS + kRow1 + kBS, "", 1},
+        {1, "a" + l21Pair(0x11, 0x2E) + "b", "a b", 4},
+        {1, l21Pair(0x13, 0x34) + "Kafe" + l21Pair(0x12, 0x21) + "!", "\xDFKaf\xC9!", 7},
+        {31, "a" + l21Pair(0x12, 0x30) + "bc" + l21Pair(0x12, 0x31), dots30 + "\xC0\xC2", 32},
+        {1, l21Pair(0x17, 0x21), "", 2},
+        {1, l21Pair(0x17, 0x23), "", 4},
+        {31, l21Pair(0x17, 0x23), dots30, 32},
+        {5, l21Pair(0x17, 0x24), "....", 5},
     };
     for (const auto& c : cases) {
         startAt(c.col);
@@ -245,40 +209,27 @@ TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
         EXPECT_EQ(row(2, 1), c.row) << ::testing::PrintToString(c.stream);
         EXPECT_EQ(m.iRow * 100 + m.iCol, 100 + c.endCol) << ::testing::PrintToString(c.stream);
     }
-    const int tabs[][3] = {{1, 0x21, 2},   {1, 0x23, 4},   {30, 0x23, 32}, {31, 0x21, 32},
-                           {31, 0x23, 32}, {32, 0x22, 32}, {5, 0x24, 5},   {5, 0x20, 5}};
-    for (const auto& [col, second, expected] : tabs) {
-        startAt(col);
-        feed(pair(0x17, second));
-        EXPECT_EQ(m.iCol, expected) << col << " + " << std::hex << second;
-        EXPECT_EQ(row(2, 1), std::string(col - 1, '.'));
+    for (const auto& [code, ch] :
+         {std::pair{l21Pair(0x13, 0x34), "\xDF"}, {l21Pair(0x11, 0x37), "\x95"}}) {
+        startAt(1);
+        feed(code);
+        EXPECT_EQ(out, ch) << "a character of the two-byte sets is offered as it is";
     }
-    startAt(1);
-    feed("a" + kBS);
-    EXPECT_TRUE(m.memBank[1].rowUsed[0]) << "BS leaves rowUsed alone";
-    startAt(1);
-    feed(pair(0x13, 0x34));
-    EXPECT_EQ(out, "\xDF") << "an extended character at column 1 is offered as it is";
 }
 
+// Upper or lower row by the second byte, indent 1, 5 ... 29 with the low
+// (underline) bit ignored; codes with no row leave the position alone.
 TEST_F(DecoderTest, RowCodesSetRowAndIndentAndWriteNothing) {
-    // The rows of second bytes 0x40 and 0x60 for each first byte (0 = none).
-    const int rows[16][2] = {{11, 0}, {1, 2}, {3, 4}, {12, 13}, {14, 15}, {5, 6}, {7, 8}, {9, 10},
-                             {0, 0},  {0, 0}, {0, 0}, {0, 0},   {14, 15}, {5, 6}, {0, 0}, {0, 0}};
-    const int indent[16] = {1, 1, 5, 5, 9, 9, 13, 13, 17, 17, 21, 21, 25, 25, 29, 29};
-    const std::string blankText = m.memoryText(1);
-    for (int f = 0x10; f <= 0x1F; ++f) {
-        for (int s = 0x40; s <= 0x7E; ++s) {
-            m.initL21();
-            m.iRow = 7;
-            m.iCol = 9;
-            feed(pair(f, s));
-            const int expected = rows[f - 0x10][s < 0x60 ? 0 : 1];
-            const bool indented = s & 0x10;
-            EXPECT_EQ(m.iRow, expected ? expected : 7) << std::hex << f << " " << s;
-            EXPECT_EQ(m.iCol, !expected ? 9 : indented ? indent[s & 0x0F] : 1);
-            EXPECT_EQ(m.memoryText(2), blankText);
-        }
+    const int cases[][4] = {{0x11, 0x41, 1, 1},   {0x11, 0x60, 2, 1},  {0x10, 0x40, 11, 1},
+                            {0x10, 0x60, 7, 9},   {0x18, 0x40, 7, 9},  {0x14, 0x53, 14, 5},
+                            {0x14, 0x7E, 15, 29}, {0x1C, 0x5F, 14, 29}};
+    for (const auto& [f, s, row, col] : cases) {
+        m.initL21();
+        m.iRow = 7;
+        m.iCol = 9;
+        feed(l21Pair(f, s));
+        EXPECT_EQ(m.iRow * 100 + m.iCol, row * 100 + col) << std::hex << f << " " << s;
+        EXPECT_TRUE(blank(1) && blank(2));
     }
 }
 

@@ -144,5 +144,19 @@ TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {
     EXPECT_EQ(tavo.totalChars, counted);
 }
 
+// A new window starts from blank memory; the test button writes the rows on
+// show, wherever the flips have left the displayed bank.
+TEST_F(L21SerialTest, NewWindowStartsBlankAndTheTestButtonWritesTheDisplayedRows) {
+    memory.fillMemory(1);
+    memory.fillMemory(2);
+    L21SerialInput again(tavo, memory, port, view);
+    EXPECT_EQ(memory.memoryText(1) + memory.memoryText(2), kBlankBank + kBlankBank);
+    memory.flipMemory();
+    again.Command1_Click();
+    EXPECT_EQ(memory.getExternalTextL21(1) + "|" + memory.getExternalTextL21(2),
+              "this is line 1|this is line 2");
+    EXPECT_EQ(memory.memoryText(memory.iNM), kBlankBank);
+}
+
 }  // namespace
 }  // namespace zelvan

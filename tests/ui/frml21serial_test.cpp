@@ -1,19 +1,13 @@
 // The line-21 decoder window as built, on a pseudo-terminal for the decoder
 // box: a caption written into the line lands in the caption memory and on
-// screen, a box that goes away is told once without stopping the program,
-// the rulers sit on the panes' character grid, and the window keeps its shape.
+// screen, and the rulers sit on the panes' character grid.
 
 #include <gtest/gtest.h>
 #include <QApplication>
-#include <QCloseEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QTextBlock>
 #include <QTimer>
 
@@ -71,17 +65,16 @@ struct FrmL21SerialTest : ::testing::Test, testing::QtRig {
         return toQString(memory.memoryText(bank))
             .replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     }
+    bool panesFollowMemory() const {
+        return window->rtbDM->toPlainText() == shown(memory.iDM) &&
+               window->rtbNM->toPlainText() == shown(memory.iNM);
+    }
     static QPoint charAt(QPlainTextEdit* edit, int line, int column, QWidget* in) {
         QTextCursor c(edit->document()->findBlockByNumber(line));
         c.setPosition(c.block().position() + column);
         return edit->viewport()->mapTo(in, edit->cursorRect(c).topLeft());
     }
 };
-
-// The panes take new text a moment after the decoder offers it.
-void panesFollow() {
-    testing::settle(100);
-}
 
 TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     QString captionWhileOpen;
@@ -93,11 +86,10 @@ TEST_F(FrmL21SerialTest, PopOnCaptionFromTheLineLandsInMemoryAndOnScreen) {
     });
     EXPECT_EQ(memory.getExternalTextL21(15), "Hi");
     EXPECT_EQ(captionWhileOpen, QStringLiteral("Close"));
-    panesFollow();
+    // The panes take new text a moment after the decoder offers it.
+    EXPECT_TRUE(testing::waitFor([&] { return panesFollowMemory(); }));
     EXPECT_EQ(window->rtbDM->toPlainText().split(u'\n').at(14),
               QStringLiteral("Hi") + QString(30, u' '));
-    EXPECT_EQ(window->rtbDM->toPlainText(), shown(memory.iDM));
-    EXPECT_EQ(window->rtbNM->toPlainText(), shown(memory.iNM));
     QApplication::processEvents();
     EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Open"));
 }
@@ -108,18 +100,22 @@ TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
     window->input().cmdFillDM_Click();
     window->input().cmdShowDM_Click();
     window->show();
-    panesFollow();
     auto* columns = window->findChild<QPlainTextEdit*>(QStringLiteral("rtbDMColumns"));
     auto* rows = window->findChild<QPlainTextEdit*>(QStringLiteral("rtbDMRows"));
     ASSERT_TRUE(columns && rows);
     QPlainTextEdit* pane = window->rtbDM;
-    for (int col : {0, 9, 31}) {
-        EXPECT_EQ(charAt(columns, 1, col, window.get()).x(), charAt(pane, 0, col, window.get()).x())
-            << col;
-    }
-    for (int row : {0, 9, 14})
-        EXPECT_EQ(charAt(rows, row, 0, window.get()).y(), charAt(pane, row, 0, window.get()).y())
-            << row;
+    const auto onTheGrid = [&] {
+        bool on = pane->toPlainText() == shown(memory.iDM);
+        for (int i : {0, 9, 14, 31}) {
+            on = on &&
+                 charAt(columns, 1, i, window.get()).x() == charAt(pane, 0, i, window.get()).x();
+            if (i < 15)
+                on = on &&
+                     charAt(rows, i, 0, window.get()).y() == charAt(pane, i, 0, window.get()).y();
+        }
+        return on;
+    };
+    EXPECT_TRUE(testing::waitFor(onTheGrid)) << "once laid out";
     EXPECT_EQ(columns->toPlainText().split(u'\n').at(1),
               QStringLiteral("12345678901234567890123456789012"));
     EXPECT_EQ(rows->toPlainText().split(u'\n').last(), QStringLiteral("15"));

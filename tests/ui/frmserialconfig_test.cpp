@@ -30,16 +30,23 @@ struct SerialConfigTest : ::testing::Test {
     }
 };
 
-TEST_F(SerialConfigTest, OkWritesEveryListAndRenewsTheCaption) {
+// The device box follows the port list, and OK maps the device typed in.
+TEST_F(SerialConfigTest, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
+    setDevicePath(rig.store, 2, "/dev/ttyUSB0");
     frmSerialConfig form(link);
     form.show();
+    form.cmbPort->setCurrentIndex(3);
+    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyS3");
     form.cmbPort->setCurrentIndex(1);
+    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyUSB0");
+    form.cmbDevice->setPath("  /dev/serial/by-id/usb-caption-box  ");
     form.cmbBaud->setCurrentText("19200");
     form.cmbParity->setCurrentIndex(3);  // Mark
     form.cmbDataBits->setCurrentIndex(3);
     form.cmbStopBits->setCurrentIndex(2);
     form.cmdOK->click();
     EXPECT_EQ(port.settings(), (PortSettings{2, 19200, parity::kMark, 8, stopbits::kTwo}));
+    EXPECT_EQ(devicePath(rig.store, 2), "/dev/serial/by-id/usb-caption-box");
     EXPECT_EQ(view.setupCaption, "2:19200,e,8,2");
     EXPECT_FALSE(form.isVisible());
     EXPECT_EQ(port.openState(), 0);  // nothing opened or closed here
@@ -62,19 +69,6 @@ TEST_F(SerialConfigTest, CancelLeavesAllAloneAndOkWithoutChangeRewritesTheSameVa
     EXPECT_EQ(port.settings(), before);
     EXPECT_EQ(view.setupCaptions, 1);
     EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));  // the default stays unwritten
-}
-
-TEST_F(SerialConfigTest, DeviceFollowsThePortAndOkMapsIt) {
-    setDevicePath(rig.store, 2, "/dev/ttyUSB0");
-    frmSerialConfig form(link);
-    form.cmbPort->setCurrentIndex(1);
-    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyUSB0");
-    form.cmbPort->setCurrentIndex(3);
-    EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyS3");
-    form.cmbDevice->setPath("  /dev/serial/by-id/usb-caption-box  ");
-    form.cmdOK->click();
-    EXPECT_EQ(devicePath(rig.store, 4), "/dev/serial/by-id/usb-caption-box");
-    EXPECT_EQ(devicePath(rig.store, 2), "/dev/ttyUSB0");
 }
 
 }  // namespace
