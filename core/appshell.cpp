@@ -10,6 +10,8 @@
 #include "display/frmoutdw.h"
 #include "line21/frml21serial.h"
 #include "support/frmsplash.h"
+#include "textinput/frminascii.h"
+#include "textinput/frminkey.h"
 
 namespace zelvan {
 
@@ -36,6 +38,8 @@ MainConsole& AppShell::showMainWindow(Tavo& tavo) {
 
 std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
+    if (kind == FilterKind::Ascii) return std::make_unique<frmInAscii>(tavo, *this);
+    if (kind == FilterKind::Key) return std::make_unique<frmInKey>(tavo, *this);
     return std::make_unique<PlaceholderFilter>(kind, tavo);
 }
 
