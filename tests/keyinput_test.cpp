@@ -119,12 +119,16 @@ TEST_F(KeyInputTest, AWidthOfZeroWrapsEveryPrintableKey) {
     EXPECT_EQ(view.line, "ab");
 }
 
-// Keys typed before the wrap's CR is drained belong to the next line.
-TEST_F(KeyInputTest, KeysTypedWhileAWrapWaitsStartTheNextLineInOrder) {
+// Keys typed before a sent line's CR is drained belong to the next line.
+TEST_F(KeyInputTest, KeysTypedBeforeTheLineIsTakenStartTheNextLineInOrder) {
     input.tbWrapWidth_Change("10");
-    type("abcdefghi xyz-pqrstuv");
-    EXPECT_EQ(display.captions, std::vector<std::string>{"3: 1[abcdefghi]"});
-    EXPECT_EQ(view.line, "xyz-pqrstuv");
+    type("abcdefghi xyz-pqrstuv");  // as if typed slowly
+    EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[abcdefghi]", "3: 1[xyz-]"}));
+    EXPECT_EQ(view.line, "pqrstuv");
+    view.line.clear();
+    type("One\rTwo!\b\rThree");
+    EXPECT_EQ(display.captions.back(), "3: 1[Two]");
+    EXPECT_EQ(view.line, "Three");
 }
 
 TEST_F(KeyInputTest, ShowFormGreetsWithANoticeForFiveSecondsAndCaptures) {

@@ -4,6 +4,7 @@ namespace zelvan {
 
 namespace {
 constexpr std::uint8_t kCR = 13;
+constexpr std::uint8_t kBackspace = 8;
 }  // namespace
 
 KeyInput::KeyInput(Tavo& tavo, KeyView& view) : m_tavo(tavo), m_view(view) {
@@ -38,39 +39,58 @@ void KeyInput::tbWrapWidth_Change(const std::string& text) {
 
 // Editing keys go on to the box; Enter sends; a printable key either types or,
 // with the line at the wrap width, wraps.
+//
+// A sent line is taken from the box only when its CR comes out of the ring.
+// Keys that arrive before that (a fast typist, a busy turn) belong to the
+// lines after it: they are typed, and wrapped, into the text that each
+// waiting CR puts on the input line, so none joins a line already sent and
+// none is lost.
 bool KeyInput::tbInput_KeyPress(std::int16_t KeyAscii) {
     if (KeyAscii == kCR) {
-        m_tavo.queueByte(kCR);
+        sendLine();
+        return true;
+    }
+    const bool waiting = !m_nextLines.empty();
+    if (KeyAscii == kBackspace && waiting) {
+        if (!m_nextLines.back().empty()) m_nextLines.back().pop_back();
         return true;
     }
     if (KeyAscii < 32 || KeyAscii > 255) return false;
-    if (bCarry) {
-        // A wrap is waiting for its CR to come out of the ring: the line to
-        // send is settled, and keys typed meanwhile belong to the next line.
-        // Without this, a fast typist's key would go out in the wrong line
-        // or, at a second wrap, replace the waiting carry and be lost.
-        sCarry += static_cast<char>(KeyAscii);
+    const char k = static_cast<char>(KeyAscii);
+    if (!waiting) {
+        if (static_cast<long>(m_view.inputText().size()) < iWrapWidth) return false;
+        std::string sLine = m_view.inputText();
+        std::string carry = wrap(sLine, k);
+        m_view.setInputText(sLine);
+        sendLine(std::move(carry));
         return true;
     }
-    if (static_cast<long>(m_view.inputText().size()) < iWrapWidth) return false;
-    wrap(static_cast<char>(KeyAscii));
+    std::string& line = m_nextLines.back();
+    if (static_cast<long>(line.size()) < iWrapWidth) {
+        line += k;
+        return true;
+    }
+    sendLine(wrap(line, k));
     return true;
 }
 
-// The part up to the wrap point stays on the line to be sent when the CR
-// comes out of the ring; the rest and the key wait in the carry.
-void KeyInput::wrap(char k) {
-    const std::string sLine = m_view.inputText();
+// Queues the CR; `next` goes on the input line when the filter takes it.
+void KeyInput::sendLine(std::string next) {
+    m_tavo.queueByte(kCR);
+    m_nextLines.push_back(std::move(next));
+}
+
+// Cuts sLine at its wrap point and returns the rest with the key behind it.
+std::string KeyInput::wrap(std::string& sLine, char k) const {
     const auto iBreak =
         std::min<std::size_t>(static_cast<std::size_t>(findWrapPoint(sLine)), sLine.size());
-    sCarry = sLine.substr(iBreak) + k;
-    m_view.setInputText(sLine.substr(0, iBreak));
-    m_tavo.queueByte(kCR);
-    bCarry = true;
+    std::string carry = sLine.substr(iBreak) + k;
+    sLine.resize(iBreak);
+    return carry;
 }
 
 void KeyInput::cmdSend_Click() {
-    m_tavo.queueByte(kCR);
+    sendLine();
 }
 
 std::int16_t KeyInput::FilterAscii(const std::string& inString, std::string& outString) {
@@ -108,8 +128,12 @@ void KeyInput::takeLine(std::string& outString) {
     outString = rows.row(rows.iCurRow);
     m_view.setInputText("");
     rows.bClearRows = true;
-    if (!bCarry) return;
-    m_view.setInputText(sCarry);
+    if (!m_nextLines.empty()) {
+        m_view.setInputText(m_nextLines.front());
+        m_nextLines.pop_front();
+    } else if (bCarry) {
+        m_view.setInputText(sCarry);
+    }
     bCarry = false;
 }
 
@@ -129,6 +153,7 @@ void KeyInput::notify(bool bShow, const std::string& sText) {
 std::string KeyInput::dump() const {
     std::string s = "Key: width=" + std::to_string(iWrapWidth);
     s += " col=" + std::to_string(rows.iCurCol);
+    s += " waiting=" + std::to_string(m_nextLines.size());
     s += std::string(" clear=") + (rows.bClearRows ? "1" : "0");
     s += " carry=" + (bCarry ? "\"" + sCarry + "\"" : std::string("none"));
     s += " line=\"" + m_view.inputText() + "\" row1=\"" + rows.getExternalText(1) + "\"";

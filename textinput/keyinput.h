@@ -10,6 +10,7 @@
 // the display output reads it.
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 
@@ -85,11 +86,14 @@ class KeyInput : public InputFilter {
 
     TextRows rows;
     std::int16_t iWrapWidth = kDefaultWrapWidth;
+    // A printable byte left on the ring by the input in use before, found
+    // with the row full: it starts the input line after the next CR.
     std::string sCarry;
     bool bCarry = false;
 
   private:
-    void wrap(char k);
+    void sendLine(std::string next = std::string());
+    std::string wrap(std::string& sLine, char k) const;
     void storePrintable(char c);
     void takeLine(std::string& outString);
     void setDefaultWrapWidth();
@@ -97,6 +101,9 @@ class KeyInput : public InputFilter {
     Tavo& m_tavo;
     KeyView& m_view;
     std::unique_ptr<Timer> m_timerNotify;
+    // For each CR this window queued that the filter hasn't taken yet, the
+    // text that goes on the input line when it is taken.
+    std::deque<std::string> m_nextLines;
 };
 
 }  // namespace zelvan
