@@ -58,6 +58,8 @@ void frmInKey::buildControls() {
     Label1->setObjectName(QStringLiteral("Label1"));
     Label1->setFont(fixed);
     Label1->setEnabled(false);
+    // The input line keeps a small margin before its first character.
+    Label1->setContentsMargins(2, 0, 0, 0);
     tbInput = new QLineEdit(this);
     tbInput->setObjectName(QStringLiteral("tbInput"));
     tbInput->setFont(fixed);
@@ -78,16 +80,22 @@ void frmInKey::buildControls() {
     lblNotify = new QLabel(this);
     lblNotify->setObjectName(QStringLiteral("lblNotify"));
     lblNotify->setStyleSheet(QStringLiteral("color: red; font-weight: bold"));
+    // The window keeps its size whether or not a notice stands.
+    QSizePolicy keep = lblNotify->sizePolicy();
+    keep.setRetainSizeWhenHidden(true);
+    lblNotify->setSizePolicy(keep);
+    lblNotify->setMinimumWidth(
+        lblNotify->fontMetrics().horizontalAdvance(QString::fromLatin1(kBetterTypeFast)) + 24);
     lblNotify->hide();
 
     auto* grid = new QGridLayout(this);
-    grid->addWidget(Label1, 0, 0, 1, 4);
-    grid->addWidget(tbInput, 1, 0, 1, 4);
+    grid->addWidget(Label1, 0, 0, 1, 5);
+    grid->addWidget(tbInput, 1, 0, 1, 5);
     grid->addWidget(Label2, 2, 0);
     grid->addWidget(tbWrapWidth, 2, 1);
     grid->addWidget(lblNotify, 2, 2);
-    grid->addWidget(cmdSend, 2, 3, Qt::AlignRight);
-    grid->setColumnStretch(2, 1);
+    grid->addWidget(cmdSend, 2, 4);
+    grid->setColumnStretch(3, 1);
     grid->setVerticalSpacing(2);
 }
 
