@@ -1,6 +1,6 @@
-// The ASCII serial window's rules over a fake port on virtual time: the
-// operator opens the port, text arrives and reaches the display line by
-// line, and the window leaves with its port closed and its section saved.
+// The ASCII serial window's rules over a fake port on virtual time: shown
+// with its port closed, opened by the operator, and gone with its port
+// closed and its section saved. The road of the text is in the window tests.
 
 #include <gtest/gtest.h>
 
@@ -26,14 +26,11 @@ struct AsciiInputTest : ::testing::Test {
     FakeSerialPort port{rig.dispatch};
     RecordingAsciiView view;
     AsciiInput input{rig.tavo, port, view};
-    testing::CaptionRecorder display{rig.tavo};
 
     AsciiInputTest() {
         rig.console();
         rig.tavo.frmInAscii = &input;
         rig.tavo.bInAscii = true;
-        rig.tavo.frmOutDW = &display;
-        rig.tavo.bOutDW = true;
     }
 };
 
@@ -59,26 +56,6 @@ TEST_F(AsciiInputTest, ShowFormLeavesThePortClosedAndHideFormSavesItsSection) {
     EXPECT_EQ(view.calls.back(), "hide");
     EXPECT_EQ(rig.store.get("AsciiPort", "baud", ""), "2400");
     EXPECT_FALSE(rig.store.has("AsciiPort", "stopbits"));
-}
-
-// Lines end at CR, LF or any run of them; a long line wraps at its last word
-// break; the row view follows every byte.
-TEST_F(AsciiInputTest, TextFromThePortReachesTheDisplayLineByLine) {
-    rig.tavo.rawQueueIn = 300;  // opening the port starts from an empty ring
-    rig.dispatch.postAt(10, [&] { port.deliver("First\r\nSecond\n\nThird\rA line that"); });
-    rig.dispatch.postAt(20, [&] { port.deliver(" is too long for one row\r\n\t"); });
-    rig.dispatch.postAt(30, [&] {
-        EXPECT_EQ(view.dm, TextRows().rowsAsText());
-        port.deliver("Tail");
-    });
-    rig.dispatch.postAt(40, [&] { input.cmdPortOpen_Click(); });  // closes, stops capture
-    input.cmdPortOpen_Click();
-    EXPECT_EQ(display.captions,
-              (std::vector<std::string>{"3: 1[First]", "3: 1[Second]", "3: 1[Third]",
-                                        "3: 1[A line that is too long for]", "3: 1[one row]"}));
-    EXPECT_EQ(view.dm.substr(0, 6), "Tail  ");
-    EXPECT_EQ(view.dm.size(), 15u * 32 + 14 * 2);
-    EXPECT_EQ(port.purges, 2);  // on open and on close
 }
 
 }  // namespace
