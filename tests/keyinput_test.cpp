@@ -125,6 +125,16 @@ TEST_F(KeyInputTest, KeysTypedBeforeTheLineIsTakenStartTheNextLineInOrder) {
     EXPECT_EQ(view.line, "Three");
 }
 
+// Only the input in use before leaves printable bytes on the ring.
+TEST_F(KeyInputTest, BytesLeftOnTheRingFillTheRowUntilTheNextCR) {
+    rig.queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
+    rig.tavo.drainQueue();
+    EXPECT_EQ(input.getExternalText(1), "Z" + std::string(29, 'x'));
+    rig.queue("\rc");
+    rig.tavo.drainQueue();
+    EXPECT_EQ(input.getExternalText(1), "c");
+}
+
 TEST_F(KeyInputTest, ShowFormGreetsWithANoticeForFiveSecondsAndCaptures) {
     rig.dispatch.postAt(4999, [&] { EXPECT_EQ(view.notice, kBetterTypeFast); });
     rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });

@@ -17,6 +17,7 @@ class AsciiFilterTest : public ::testing::Test {
         for (char c : bytes) {
             std::string out;
             if (filter.FilterAscii(std::string(1, c), out) != 3) continue;
+            EXPECT_EQ(out.size(), 32u);
             EXPECT_EQ(out, rows.row(1));
             sent += rows.getExternalText(1) + "|";
         }
@@ -41,7 +42,8 @@ TEST_F(AsciiFilterTest, TheLineStaysReadableUntilTheNextByteOfAnyKind) {
     // A dropped byte blanks the rows as well, and stores nothing.
     feed("Yo\r");
     EXPECT_EQ(filter.FilterAscii("\t", out) + filter.FilterAscii("\xC9", out), 0);
-    EXPECT_EQ(feed("ok\r"), "ok|");
+    EXPECT_EQ(feed("  ok \r"), "  ok|");
+    EXPECT_EQ(rows.getExternalTextTrimmed(1), "ok");
 }
 
 TEST_F(AsciiFilterTest, ALongLineWrapsAtItsLastWordBreakAndLosesNothing) {
@@ -62,6 +64,7 @@ TEST_F(AsciiFilterTest, ALongLineWrapsAtItsLastWordBreakAndLosesNothing) {
 
 TEST(WrapWidthText, TakesTheNumberAtTheStartRoundedToEven) {
     EXPECT_EQ(parseWrapWidth(" 12abc"), 12);
+    EXPECT_EQ(parseWrapWidth("2e1"), 20);
     EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
     EXPECT_EQ(parseWrapWidth("wide") + parseWrapWidth("inf") + parseWrapWidth("-5"), 0);
     EXPECT_EQ(parseWrapWidth("1e300"), 32767);  // beyond 16 bits: the largest width
