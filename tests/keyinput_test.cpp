@@ -65,10 +65,10 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
         {"10", "abcdefg-hi", 'j', "abcdefg-", "hij"},
         {"10", "abcdefghi ", 'x', "abcdefghi", "x"},
         {"10",
-         "ab\xC8"
+         "ab\xC0"
          "defghij",
          'k',
-         "ab\xC8"
+         "ab\xC0"
          "defghij",
          "k"},
         {"10",

@@ -12,6 +12,7 @@ namespace {
 // it, straight after the call, as the capture loop does: "line|".
 class AsciiFilterTest : public ::testing::Test {
   protected:
+    AsciiFilterTest() { filter.reset(); }  // as the window's creation does
     std::string feed(const std::string& bytes) {
         std::string sent;
         for (char c : bytes) {
