@@ -20,7 +20,7 @@ struct FakeKeyView : KeyView {
     void setInputText(const std::string& text) override { line = text; }
     void setWrapWidthText(const std::string& text) override { widthText = text; }
     void showNotify(bool visible, const std::string& text) override {
-        notice = visible ? text : "";
+        notice = visible ? "shown:" + text : "";
     }
     std::string line, widthText, notice;
 };
@@ -136,7 +136,8 @@ TEST_F(KeyInputTest, BytesLeftOnTheRingFillTheRowUntilTheNextCR) {
 }
 
 TEST_F(KeyInputTest, ShowFormGreetsWithANoticeForFiveSecondsAndCaptures) {
-    rig.dispatch.postAt(4999, [&] { EXPECT_EQ(view.notice, kBetterTypeFast); });
+    rig.dispatch.postAt(4999,
+                        [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
     rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
     rig.dispatch.postAt(6000, [&] { type("Hi\r"); });
     rig.dispatch.postAt(7000, [&] { rig.tavo.stopCapture(); });
