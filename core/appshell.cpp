@@ -12,7 +12,8 @@
 #include "line21/frml21usb.h"
 #include "platform/simulatedboard.h"
 #include "support/frmsplash.h"
-#include "textinput/frmintds.h"
+#include "textinput/frminascii.h"
+#include "textinput/frminkey.h"
 
 namespace zelvan {
 
@@ -48,9 +49,8 @@ MainConsole& AppShell::showMainWindow(Tavo& tavo) {
 
 std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
-    if (kind == FilterKind::L21USB)
-        return std::make_unique<frmL21USB>(tavo, m_inL21, board(tavo), *this);
-    if (kind == FilterKind::TDS) return std::make_unique<frmInTDS>(tavo, *this);
+    if (kind == FilterKind::Ascii) return std::make_unique<frmInAscii>(tavo, *this);
+    if (kind == FilterKind::Key) return std::make_unique<frmInKey>(tavo, *this);
     return std::make_unique<PlaceholderFilter>(kind, tavo);
 }
 
