@@ -6,7 +6,6 @@
 #include <cstdio>
 
 #include "core/frmtavo.h"
-#include "core/placeholders.h"
 #include "display/frmoutdw.h"
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
@@ -14,6 +13,7 @@
 #include "support/frmsplash.h"
 #include "textinput/frminascii.h"
 #include "textinput/frminkey.h"
+#include "textinput/frmintds.h"
 
 namespace zelvan {
 
@@ -49,9 +49,11 @@ MainConsole& AppShell::showMainWindow(Tavo& tavo) {
 
 std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
+    if (kind == FilterKind::L21USB)
+        return std::make_unique<frmL21USB>(tavo, m_inL21, board(tavo), *this);
     if (kind == FilterKind::Ascii) return std::make_unique<frmInAscii>(tavo, *this);
     if (kind == FilterKind::Key) return std::make_unique<frmInKey>(tavo, *this);
-    return std::make_unique<PlaceholderFilter>(kind, tavo);
+    return std::make_unique<frmInTDS>(tavo, *this);
 }
 
 // This machine has no board library: the board is the simulated one, set up

@@ -10,7 +10,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "core/placeholders.h"
+#include "core/windowplace.h"
 #include "line21/memorypanes.h"
 #include "platform/qtext.h"
 #include "platform/qtmessagebox.h"

@@ -14,7 +14,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
-#include "core/placeholders.h"
+#include "core/windowplace.h"
 #include "platform/qtext.h"
 #include "platform/qtmessagebox.h"
 

@@ -11,7 +11,7 @@
 #include <QShortcut>
 #include <QWindow>
 
-#include "core/placeholders.h"
+#include "core/windowplace.h"
 #include "platform/codepage.h"
 #include "platform/qtext.h"
 

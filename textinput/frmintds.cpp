@@ -19,7 +19,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
-#include "core/placeholders.h"
+#include "core/windowplace.h"
 #include "platform/qtext.h"
 
 namespace zelvan {

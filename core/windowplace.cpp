@@ -1,0 +1,16 @@
+#include "core/windowplace.h"
+
+#include <QApplication>
+
+namespace zelvan {
+
+void placeUnderMainWindow(QWidget* w) {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top->objectName() == QLatin1String("frmTavo")) {
+            w->move(top->frameGeometry().left(), top->frameGeometry().height());
+            return;
+        }
+    }
+}
+
+}  // namespace zelvan
