@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "display/ledfont.h"
 #include "support/displayfakes.h"
 
@@ -106,8 +108,13 @@ TEST_F(SignPreviewTest, RollUpLiftsTheTextAcrossTheLedsOneDotRowARefresh) {
     EXPECT_EQ(preview.riseLeft(), kRollDotRows);
     EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('O'));
     EXPECT_TRUE(rowDark(1));
+    // One refresh lifts it one dot row: the gap below it shows dark.
+    EXPECT_TRUE(preview.refresh());
+    GlyphRows lifted{};
+    std::copy(ledGlyph('O').begin() + 1, ledGlyph('O').end(), lifted.begin());
+    EXPECT_EQ(cell(SignSide::Reflector, 2, 0), lifted);
     // Halfway, the top of ONE shows in the middle row's lowest dot rows.
-    for (int i = 0; i < 5; ++i) EXPECT_TRUE(preview.refresh());
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(preview.refresh());
     EXPECT_FALSE(rowDark(1));
     EXPECT_NE(cell(SignSide::Reflector, 1, 0), ledGlyph('O'));
     while (preview.refresh()) {
