@@ -3,7 +3,7 @@
 // the sign's. Starts the real program (on the display that is set, so run it
 // under xvfb-run to have the windows up; see pty_latency.sh).
 //
-// usage: bench_pty_latency PROGRAM [CAPTIONS] [GAP_MS] [PACE]
+// usage: bench_pty_latency PROGRAM [CAPTIONS] [GAP_MS] [PACE] [PROGRAM OPTIONS...]
 //
 // GAP_MS is the pause between one caption's last frame and the next caption
 // (default 100; a showing has seconds between captions). With 0 the next
@@ -12,6 +12,8 @@
 // PACE "all" writes each caption at once; "1200" writes it a byte at a time at
 // the pace of a decoder box at 1200 baud (ten bits a byte), so the windows
 // follow every byte of it while the caption loads.
+// PROGRAM OPTIONS go to the program after --no-splash: --sign-preview has the
+// sign preview follow every frame as well.
 //
 // The reader spins rather than sleeps: on a virtual machine a sleeping reader
 // adds milliseconds of its own wake-up to the figure.
@@ -82,13 +84,16 @@ ProgramRig::Clock::time_point send(Watch& watch, const std::string& caption, boo
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fprintf(stderr, "usage: %s PROGRAM [CAPTIONS] [GAP_MS] [all|1200]\n", argv[0]);
+        std::fprintf(stderr, "usage: %s PROGRAM [CAPTIONS] [GAP_MS] [all|1200] [OPTIONS...]\n",
+                     argv[0]);
         return 2;
     }
     const int captions = argc > 2 ? std::atoi(argv[2]) : 500;
     const int gapMs = argc > 3 ? std::atoi(argv[3]) : 100;
     const bool paced = argc > 4 && std::strcmp(argv[4], "1200") == 0;
-    ProgramRig rig(argv[1], "", std::getenv("DISPLAY") == nullptr);
+    zelvan::ProgramOptions options{.extraIni = "", .offscreen = std::getenv("DISPLAY") == nullptr};
+    for (int i = 5; i < argc; ++i) options.args.emplace_back(argv[i]);
+    ProgramRig rig(argv[1], options);
     if (!rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 30000)) {
         std::fprintf(stderr, "the program never opened the decoder port\n");
         return 1;

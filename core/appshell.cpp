@@ -7,6 +7,7 @@
 
 #include "core/frmtavo.h"
 #include "display/frmoutdw.h"
+#include "display/frmsignpreview.h"
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
 #include "platform/simulatedboard.h"
@@ -16,6 +17,9 @@
 #include "textinput/frmintds.h"
 
 namespace zelvan {
+
+AppShell::AppShell() = default;
+AppShell::~AppShell() = default;
 
 void AppShell::setBusyPointer(bool busy) {
     if (busy && !m_busy) QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -66,7 +70,19 @@ BoardLibrary& AppShell::board(Tavo& tavo) {
 }
 
 std::unique_ptr<DisplayOutput> AppShell::makeDisplay(Tavo& tavo) {
-    return std::make_unique<frmOutDW>(tavo, *this);
+    auto display = std::make_unique<frmOutDW>(tavo, *this);
+    m_display = display.get();
+    m_store = &tavo.store();
+    if (m_previewAtStart) showSignPreview();
+    return display;
+}
+
+void AppShell::showSignPreview() {
+    if (!m_display) return;
+    if (!m_preview)
+        m_preview = std::make_unique<frmSignPreview>(m_display->console().link(), *m_store);
+    m_preview->show();
+    m_preview->raise();
 }
 
 void AppShell::showAbout() {

@@ -2,16 +2,23 @@
 // The window system as start-up, shutdown and the selections see it: it makes
 // the windows, shows the splash and ends the process.
 
+#include <memory>
+
 #include "core/mainview.h"
 #include "line21/inl21.h"
 #include "platform/boardlibrary.h"
 
 namespace zelvan {
 
+class SettingsStore;
+class frmOutDW;
+class frmSignPreview;
 class frmTavo;
 
 class AppShell : public Shell {
   public:
+    AppShell();
+    ~AppShell() override;
     void setBusyPointer(bool busy) override;
     void showSplash() override;
     MainConsole& showMainWindow(Tavo& tavo) override;
@@ -19,6 +26,7 @@ class AppShell : public Shell {
     std::unique_ptr<DisplayOutput> makeDisplay(Tavo& tavo) override;
     void showAbout() override;
     void showHelp() override;
+    void showSignPreview() override;
     void endProcess() override;
 
     frmTavo* mainWindow() const { return m_main; }
@@ -26,6 +34,9 @@ class AppShell : public Shell {
     // "--no-splash" on the command line: start at once, for a restart during a
     // showing and for the end-to-end tests.
     void skipSplash(bool skip) { m_skipSplash = skip; }
+    // "--sign-preview": the preview opens with the display window, so it
+    // shows the startup caption too.
+    void previewAtStart(bool open) { m_previewAtStart = open; }
 
   private:
     BoardLibrary& board(Tavo& tavo);
@@ -38,6 +49,10 @@ class AppShell : public Shell {
     std::unique_ptr<BoardLibrary> m_board;
     bool m_busy = false;
     bool m_skipSplash = false;
+    bool m_previewAtStart = false;
+    frmOutDW* m_display = nullptr;
+    SettingsStore* m_store = nullptr;
+    std::unique_ptr<frmSignPreview> m_preview;
 };
 
 }  // namespace zelvan

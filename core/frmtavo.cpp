@@ -144,6 +144,9 @@ void frmTavo::buildMenus() {
         mnuInput->addAction(QString::fromLatin1(button.caption), this,
                             [this, kind = button.kind] { selectFromMenu(kind); });
 
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    view->addAction(QStringLiteral("&Sign Preview"), this, [this] { m_shell.showSignPreview(); });
+
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&Help Contents               F1"), this,
                     [this] { showHelp(); });

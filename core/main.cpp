@@ -17,7 +17,9 @@ int main(int argc, char** argv) {
     zelvan::AlsaTone tone;
     zelvan::Tavo tavo(dispatch, store, tone);
     zelvan::AppShell shell;
-    shell.skipSplash(QApplication::arguments().contains(QStringLiteral("--no-splash")));
+    const QStringList args = QApplication::arguments();
+    shell.skipSplash(args.contains(QStringLiteral("--no-splash")));
+    shell.previewAtStart(args.contains(QStringLiteral("--sign-preview")));
     tavo.startup(shell);
     return QApplication::exec();
 }

@@ -41,6 +41,8 @@ class Shell {
     virtual std::unique_ptr<DisplayOutput> makeDisplay(Tavo& tavo) = 0;
     virtual void showAbout() = 0;
     virtual void showHelp() = 0;
+    // Opens the sign preview, or brings it to the front.
+    virtual void showSignPreview() {}
     // Ends the process; in the program this doesn't return.
     virtual void endProcess() = 0;
 };

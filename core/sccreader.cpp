@@ -41,13 +41,14 @@ std::string parseLine(const std::string& text, SccLine& line) {
 
 }  // namespace
 
+std::string sccWordBytes(std::uint16_t word) {
+    return {static_cast<char>((word >> 8) & 0x7F), static_cast<char>(word & 0x7F)};
+}
+
 std::string SccLine::bytes() const {
     std::string out;
     out.reserve(words.size() * 2);
-    for (std::uint16_t w : words) {
-        out += static_cast<char>((w >> 8) & 0x7F);
-        out += static_cast<char>(w & 0x7F);
-    }
+    for (std::uint16_t w : words) out += sccWordBytes(w);
     return out;
 }
 

@@ -35,6 +35,9 @@ struct SccRecording {
     std::string stream() const;
 };
 
+// One word as a decoder box at 7O1 delivers it: two bytes, bit 7 stripped.
+std::string sccWordBytes(std::uint16_t word);
+
 // A word with the frame it goes out on, counted from the first timecode.
 struct SccTimedWord {
     long frame = 0;

@@ -103,15 +103,15 @@ void SerialLink::waitForDrain() {
 void SerialLink::hangUpPort() {
     if (!isPortOpen()) return;
     m_tavo.timedWait(kHangUpPauseMs);
-    m_port.write("+++");
+    put("+++");
     m_tavo.timedWait(kHangUpPauseMs);
-    m_port.write("ATH\r");
+    put("ATH\r");
 }
 
 void SerialLink::dial(const std::string& dialText) {
     const std::string command = "atdt" + dialText + "\r";
     if (isPortOpen())
-        m_port.write(command);
+        put(command);
     else
         showReminder();
 }
@@ -164,9 +164,15 @@ void SerialLink::storeSettings() {
 
 void SerialLink::write(const std::string& bytes) {
     if (isPortOpen())
-        m_port.write(bytes);
+        put(bytes);
     else
         showNotice(true, kOpenPortFirst);
+}
+
+// Modem commands go on the same line as frames, so the tap sees them too.
+void SerialLink::put(const std::string& bytes) {
+    m_port.write(bytes);
+    if (m_tap) m_tap->written(bytes);
 }
 
 void SerialLink::showNotice(bool on, const std::string& text) {

@@ -97,6 +97,14 @@ class SerialLinkView {
     virtual void setNotice(const std::string& text) = 0;
 };
 
+// Sees every byte the link puts on the line, in order, as it goes out: the
+// sign preview's feed. It runs inside the write, so it only takes note.
+class WriteTap {
+  public:
+    virtual ~WriteTap() = default;
+    virtual void written(const std::string& bytes) = 0;
+};
+
 // The text on a setup button: "1:1200,o,7,1". Written, never read back.
 std::string portSettingsString(const SerialPort& port);
 
@@ -139,6 +147,8 @@ class SerialLink {
     // Runs when the device went away, after the port closed and before the
     // operator's message; the display window unticks its filter box here.
     std::function<void()> whenLost;
+    // One tap at a time; nullptr takes it off.
+    void setTap(WriteTap* tap) { m_tap = tap; }
 
     std::string dump() const;
 
@@ -150,6 +160,7 @@ class SerialLink {
     void waitForDrain();
     void yieldTimes(int n);
     void storeSettings();
+    void put(const std::string& bytes);
 
     const LinkProfile& m_profile;
     SerialPort& m_port;
@@ -157,6 +168,7 @@ class SerialLink {
     SerialLinkView& m_view;
     std::unique_ptr<Timer> m_timerDummyMsg;
     std::string m_notice;
+    WriteTap* m_tap = nullptr;
 };
 
 }  // namespace zelvan

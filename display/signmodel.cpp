@@ -147,6 +147,7 @@ void SignModel::blankRow(int row) {
 
 void SignModel::rollUp() {
     ++rollups;
+    rolledOff = row(1);
     for (int r = 1; r < kSignRows; ++r)
         cells[static_cast<std::size_t>(r - 1)] = cells[static_cast<std::size_t>(r)];
     blankRow(kSignRows);

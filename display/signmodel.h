@@ -2,8 +2,8 @@
 // A model of the caption sign: it reads the byte stream that the program
 // writes to the display link, splits it into frames and applies them to three
 // rows of 32 columns, the brightness and the board. It rejects nothing: bytes
-// outside a frame and frames it doesn't know are counted and skipped. Tests use
-// it as the oracle of what reaches the display.
+// outside a frame and frames it doesn't know are counted and skipped. The sign
+// preview draws it; tests use it as the oracle of what reaches the display.
 
 #include <array>
 #include <string>
@@ -37,6 +37,7 @@ class SignModel {
     int strayBytes = 0;     // bytes outside any frame
     int unknownFrames = 0;  // frames of no known shape, skipped
     int clippedChars = 0;   // text characters that fell outside columns 1-32
+    std::string rolledOff;  // the top row that the last roll-up pushed off
 
   private:
     void applyFrame(const std::string& body);

@@ -145,6 +145,24 @@ TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
     EXPECT_EQ(rig.tavo.totalChars, 2);  // received during the pause
 }
 
+// The sign preview's feed: what went out on the line, modem commands included,
+// and nothing a closed port refused.
+TEST_F(LinkTest, TapSeesExactlyTheBytesThatWentOnTheLine) {
+    struct Tap : WriteTap {
+        void written(const std::string& bytes) override { seen += bytes; }
+        std::string seen;
+    } tap;
+    make(kDisplayLink);
+    link->setTap(&tap);
+    link->write("refused");
+    link->openPort();
+    link->write("frame");
+    link->dial("555");
+    link->setTap(nullptr);
+    link->write("after");
+    EXPECT_EQ(tap.seen, "frameatdt555\r");
+}
+
 TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
     make(kDisplayLink);
     link->showNotice(true, "Toggle front/back");

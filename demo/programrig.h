@@ -1,0 +1,70 @@
+#pragma once
+// The real program started as an operator would, with a decoder box and a sign
+// on two pseudo-terminals: a private settings folder (a temporary
+// XDG_CONFIG_HOME, never the operator's own) maps COM1 to the box's pty and
+// COM2 to the sign's. The rig holds the master ends: it writes captions into
+// the box and reads frames off the sign. The demo runs on it, and so do the
+// end-to-end tests and the latency benchmark.
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "demo/ptyend.h"
+
+namespace zelvan {
+
+struct ProgramOptions {
+    std::string extraIni;   // more lines for the settings file, after the device map
+    bool offscreen = true;  // Qt's offscreen platform instead of the display that is set
+    std::vector<std::string> args{"--no-splash"};
+    bool quiet = true;  // the program's own diagnostics go to /dev/null
+};
+
+class ProgramRig {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    explicit ProgramRig(const std::string& binary, ProgramOptions options = {});
+    // The tests' form: extraIni and offscreen as above.
+    ProgramRig(const std::string& binary, const std::string& extraIni, bool offscreen = true);
+    ~ProgramRig();
+    ProgramRig(const ProgramRig&) = delete;
+    ProgramRig& operator=(const ProgramRig&) = delete;
+
+    bool running();
+    pid_t pid() const { return m_pid; }
+    const std::string& configHome() const { return m_config; }
+
+    // True once the program holds the device open.
+    bool holds(const std::string& device) const;
+
+    // pollMs 0 spins instead of sleeping between reads: a measurement that
+    // sleeps adds the machine's own wake-up time to the program's.
+    bool waitUntil(const std::function<bool()>& done, int ms, int pollMs = 20);
+
+    void sendToBox(const std::string& bytes) { box.send(bytes); }
+
+    // Reads what the sign got within ms; returns the new bytes.
+    std::string readSign(int ms);
+
+    // Asks the program to end, and ends it if it doesn't within ms.
+    void stop(int ms = 2000);
+
+    PtyEnd box;
+    PtyEnd sign;
+    std::string signBytes;  // everything the sign has received
+
+  private:
+    void writeSettings(const std::string& extraIni);
+    void start(const std::string& binary, const ProgramOptions& options);
+
+    std::string m_config;
+    pid_t m_pid = -1;
+    bool m_ended = false;
+};
+
+}  // namespace zelvan

@@ -1,0 +1,148 @@
+// The sign preview against the frames the program sends: what each LED shows
+// on the face and in the reflector, brightness, erase, the roll-up motion, the
+// board, and a stream with broken frames in it.
+
+#include "display/signpreview.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "display/ledfont.h"
+#include "support/displayfakes.h"
+
+namespace zelvan {
+namespace {
+
+using testing::bytes;
+
+struct SignPreviewTest : ::testing::Test {
+    RecordingDisplayLink link;
+    DisplayProtocol sign{link};
+    SignPreview preview;
+
+    // What the link wrote reaches the preview at its next refresh.
+    void refresh() {
+        for (const std::string& w : link.writes) preview.written(w);
+        link.clear();
+        preview.refresh();
+    }
+    // The cell's seven dot rows as the view shows them.
+    GlyphRows cell(SignSide side, int row, int column) const {
+        GlyphRows rows{};
+        for (int dr = 0; dr < kGlyphRows; ++dr)
+            for (int dc = 0; dc < kGlyphColumns; ++dc)
+                if (preview.dot(side, row, column, dc, dr))
+                    rows[static_cast<std::size_t>(dr)] |= 1 << (kGlyphColumns - 1 - dc);
+        return rows;
+    }
+    static GlyphRows mirrored(GlyphRows rows) {
+        for (auto& r : rows) {
+            std::uint8_t m = 0;
+            for (int b = 0; b < kGlyphColumns; ++b)
+                if (r & (1 << b)) m |= static_cast<std::uint8_t>(1 << (kGlyphColumns - 1 - b));
+            r = m;
+        }
+        return rows;
+    }
+    bool rowDark(int row) const {
+        for (int c = 0; c < kSignColumns; ++c)
+            if (cell(SignSide::Face, row, c) != GlyphRows{}) return false;
+        return true;
+    }
+};
+
+TEST_F(SignPreviewTest, ReversedTextReadsInTheReflectorAndStandsMirroredOnTheFace) {
+    sign.writeLine("AB\x95", 2, 1);  // the music note leaves as the sign's own glyph
+    preview.written(link.writes.front());
+    EXPECT_FALSE(preview.dot(SignSide::Reflector, 1, 0, 0, 2)) << "not before the refresh";
+    link.clear();
+    sign.sendBright();
+    refresh();
+    EXPECT_EQ(cell(SignSide::Reflector, 1, 0), ledGlyph('A'));
+    EXPECT_EQ(cell(SignSide::Reflector, 1, 1), ledGlyph('B'));
+    EXPECT_EQ(cell(SignSide::Reflector, 1, 2), ledGlyph(0x7F));
+    EXPECT_NE(ledGlyph(0x7F), kMissingGlyph);
+    EXPECT_EQ(cell(SignSide::Face, 1, 31), mirrored(ledGlyph('A')));
+    EXPECT_EQ(cell(SignSide::Face, 1, 29), mirrored(ledGlyph(0x7F)));
+    EXPECT_TRUE(rowDark(0));
+    EXPECT_TRUE(rowDark(2));
+}
+
+TEST_F(SignPreviewTest, EveryWindows1252CharacterHasAGlyphAndControlBytesShowAsABox) {
+    for (int code = 0x20; code <= 0xFF; ++code) {
+        const bool undefined =
+            code == 0x81 || code == 0x8D || code == 0x8F || code == 0x90 || code == 0x9D;
+        EXPECT_EQ(ledGlyph(static_cast<std::uint8_t>(code)) == kMissingGlyph, undefined) << code;
+    }
+    sign.bReverse = false;
+    sign.writeLine(std::string("x\x02", 2), 1, 1);
+    refresh();
+    EXPECT_EQ(cell(SignSide::Reflector, 0, 30), kMissingGlyph);
+}
+
+TEST_F(SignPreviewTest, DimEraseAndBrightFollowTheFrames) {
+    sign.writeLine("HELLO", 1, 1);
+    sign.writeLine("THERE", 3, 1);
+    sign.sendDim();
+    refresh();
+    EXPECT_FALSE(preview.model().bright);
+    EXPECT_NE(preview.status().find(", dim"), std::string::npos) << preview.status();
+    sign.DWErase();
+    refresh();
+    for (int row = 0; row < kSignRows; ++row) EXPECT_TRUE(rowDark(row)) << row;
+    sign.sendBright();
+    refresh();
+    EXPECT_TRUE(preview.model().bright);
+    EXPECT_NE(preview.status().find(", bright"), std::string::npos);
+}
+
+TEST_F(SignPreviewTest, RollUpLiftsTheTextAcrossTheLedsOneDotRowARefresh) {
+    sign.writeLine("ONE", 3, 1);
+    refresh();
+    EXPECT_FALSE(preview.refresh()) << "nothing written, nothing moving";
+    sign.sendRollup();
+    sign.writeLine("TWO", 3, 1);
+    refresh();
+    // The text starts where it stood: ONE still on the bottom row.
+    EXPECT_EQ(preview.riseLeft(), kRollDotRows);
+    EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('O'));
+    EXPECT_TRUE(rowDark(1));
+    // One refresh lifts it one dot row: the gap below it shows dark.
+    EXPECT_TRUE(preview.refresh());
+    GlyphRows lifted{};
+    std::copy(ledGlyph('O').begin() + 1, ledGlyph('O').end(), lifted.begin());
+    EXPECT_EQ(cell(SignSide::Reflector, 2, 0), lifted);
+    // Halfway, the top of ONE shows in the middle row's lowest dot rows.
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(preview.refresh());
+    EXPECT_FALSE(rowDark(1));
+    EXPECT_NE(cell(SignSide::Reflector, 1, 0), ledGlyph('O'));
+    while (preview.refresh()) {
+    }
+    EXPECT_EQ(preview.riseLeft(), 0);
+    EXPECT_EQ(cell(SignSide::Reflector, 1, 0), ledGlyph('O'));
+    EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('T'));
+}
+
+TEST_F(SignPreviewTest, BoardFramesShowWhichBoardAndWhetherReversed) {
+    EXPECT_EQ(preview.boardText(), "Front board");
+    sign.sendBoardRear();  // bReverse is on
+    refresh();
+    EXPECT_EQ(preview.boardText(), "Rear board, reversed text");
+    sign.bReverse = false;
+    sign.sendBoardFront();
+    refresh();
+    EXPECT_EQ(preview.boardText(), "Front board");
+}
+
+TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
+    preview.written("junk" + bytes({1, 0x20, 0x7F, 0x99, 1}));
+    preview.written(bytes({1, 0x20, 0x20}));  // a frame split across two writes
+    preview.written(bytes({0x20, 'O', 'K', 1}));
+    preview.refresh();
+    EXPECT_EQ(cell(SignSide::Face, 0, 0), mirrored(ledGlyph('O')));
+    EXPECT_EQ(preview.status(), "Front board, bright, 1 frame, 1 broken frame, 4 stray bytes");
+}
+
+}  // namespace
+}  // namespace zelvan
