@@ -3,6 +3,7 @@
 // status line and the menus. It owns the console logic and binds to it.
 
 #include <QMainWindow>
+#include <QPointer>
 #include <array>
 #include <memory>
 
@@ -20,6 +21,9 @@ class QRadioButton;
 class QStatusBar;
 
 namespace zelvan {
+
+class frmAnsiTable;
+class frmTavoPrefs;
 
 class frmTavo : public QMainWindow, public MainView {
     Q_OBJECT
@@ -42,8 +46,17 @@ class frmTavo : public QMainWindow, public MainView {
     QString statusText();
     QRadioButton* optionButton(FilterKind kind) const;
 
+    // mnuFilePrefs: the one preferences window, made afresh once closed.
+    void mnuFilePrefs_Click();
+    // The label is hidden, so no click reaches it on screen; the reference
+    // window opens from here all the same.
+    void lblControlCodes_Click();
+    frmTavoPrefs* prefsWindow() const;
+    frmAnsiTable* ansiWindow() const;
+
   protected:
     void closeEvent(QCloseEvent* e) override;
+    bool eventFilter(QObject* watched, QEvent* e) override;
 
   private:
     void buildControls();
@@ -77,6 +90,8 @@ class frmTavo : public QMainWindow, public MainView {
     DeferredRefresh m_labels{[this] { showLabels(); }};
     // Flags behind the hidden output boxes; nothing reads them.
     bool bOutQT = false, bOutRT = false, bOutWT = false;
+    QPointer<frmTavoPrefs> m_prefs;
+    QPointer<frmAnsiTable> m_ansi;
 };
 
 }  // namespace zelvan
