@@ -43,7 +43,10 @@ HelpBrowser::HelpBrowser(QWidget* parent) : QTextBrowser(parent) {
     m_load.setSingleShot(true);
     m_load.setInterval(0);
     connect(&m_load, &QTimer::timeout, this, [this] { finishLoad(); });
-    connect(this, &QTextBrowser::sourceChanged, this, [this] {
+    // The browser reports the new address before it takes it as its source.
+    connect(this, &QTextBrowser::sourceChanged, this, [this](const QUrl& url) {
+        if (url.isEmpty()) return;  // the document cleared on the way to a page
+        m_location = url;
         emit DownloadComplete();
         emit NavigateComplete(LocationURL());
     });
@@ -55,7 +58,7 @@ void HelpBrowser::Navigate(const QString& address) {
 }
 
 void HelpBrowser::finishLoad() {
-    if (m_pending == source()) {
+    if (m_pending == m_location) {
         Refresh();  // the same page again: shown afresh, and still a navigation
         emit NavigateComplete(LocationURL());
         return;
@@ -75,12 +78,12 @@ void HelpBrowser::Stop() {
 QString HelpBrowser::LocationName() const {
     const QString title = documentTitle();
     if (!title.isEmpty()) return title;
-    const QUrl url = source();
+    const QUrl& url = m_location;
     return url.isLocalFile() ? QFileInfo(url.toLocalFile()).fileName() : url.toString();
 }
 
 QString HelpBrowser::LocationURL() const {
-    const QUrl url = source();
+    const QUrl& url = m_location;
     return url.isLocalFile() ? url.toLocalFile() : url.toString();
 }
 

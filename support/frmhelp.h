@@ -48,6 +48,7 @@ class HelpBrowser : public QTextBrowser {
 
     QTimer m_load;
     QUrl m_pending;
+    QUrl m_location;  // the page shown
     QString m_home;
 };
 

@@ -129,18 +129,15 @@ void frmTavoPrefs::bind() {
     connect(cmdApply, &QPushButton::clicked, this, [this] { m_form.applyPrefs(); });
     connect(cmdOK, &QPushButton::clicked, this, [this] {
         m_form.applyPrefs();
-        close();
+        accept();
     });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] { close(); });
+    // Cancel and Escape close without applying; the window goes with them.
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { m_shell.showHelp(); });
     // With the single tab, the next tab is the same one: it is reselected.
     new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), this, [this] {
         tbsOptions->setCurrentIndex((tbsOptions->currentIndex() + 1) % tbsOptions->count());
     });
-}
-
-void frmTavoPrefs::reject() {
-    close();
 }
 
 }  // namespace zelvan

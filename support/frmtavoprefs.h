@@ -25,9 +25,6 @@ class frmTavoPrefs : public QDialog {
 
     PrefsForm& form() { return m_form; }
 
-  protected:
-    void reject() override;  // Escape and Cancel: close without applying
-
   private:
     void buildControls();
     void centre();
