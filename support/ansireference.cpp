@@ -132,7 +132,7 @@ std::string signFrames() {
 
 std::string line21Commands() {
     std::string out = heading("Line-21 commands");
-    out += para("Each command is a pair of bytes, sent twice; the decoder acts on the first.");
+    out += para("Each command is a pair of bytes: the first byte names the channel.");
     out += row({"Command", "CC1", "CC2", "Meaning"}, true);
     for (const line21::CommandCode& c : line21::commandCodes)
         out += row(

@@ -19,7 +19,7 @@ namespace zelvan {
 
 namespace {
 constexpr int kWidth = 420;
-constexpr int kHeight = 330;
+constexpr int kHeight = 370;
 }  // namespace
 
 frmTavoPrefs::frmTavoPrefs(Tavo& tavo, Shell& shell, QWidget* parent)
