@@ -43,7 +43,7 @@ TEST(RtfReader, KeepsTheLookOfEachRun) {
 TEST(RtfReader, DecodesEscapedAndUnicodeCharactersSkippingTheirStandIns) {
     EXPECT_EQ(text(R"({\rtf1 caf\'e9 \'80 \u8364? \uc2\u-3913 xxy\tab z\par})"),
               "caf\u00E9 \u20AC \u20AC \uF0B7y\tz\n");
-    EXPECT_EQ(text(R"({\rtf1 a\{b\}c\\d\~e\par})"), "a{b}c\\d\u00A0e\n");
+    EXPECT_EQ(text(R"({\rtf1 a\{b\}c\\d\~e\'C9\'Af\par})"), "a{b}c\\d\u00A0e\u00C9\u00AF\n");
 }
 
 TEST(RtfReader, SkipsDestinationsThatHoldNoText) {
