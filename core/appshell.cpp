@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 #include <QApplication>
-#include <QMessageBox>
+#include <QScreen>
 #include <cstdio>
 
 #include "core/frmtavo.h"
@@ -11,6 +11,8 @@
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
 #include "platform/simulatedboard.h"
+#include "support/datafiles.h"
+#include "support/frmhelp.h"
 #include "support/frmsplash.h"
 #include "textinput/frminascii.h"
 #include "textinput/frminkey.h"
@@ -91,9 +93,22 @@ void AppShell::showAbout() {
     about->show();
 }
 
+// A new window each time, on the right half of the screen, 100 twips (7
+// pixels) left of the middle, at the main window's height.
 void AppShell::showHelp() {
-    QMessageBox::information(m_main, QStringLiteral("Help"),
-                             QStringLiteral("Placeholder: the help pages are not built yet."));
+    auto* help = new frmHelp;
+    help->setAttribute(Qt::WA_DeleteOnClose);
+    help->StartingAddress =
+        QString::fromStdString(findHelpIndex(QCoreApplication::applicationDirPath().toStdString()));
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    help->move(screen.width() / 2 - 100 / 15, m_main ? m_main->y() : 0);
+    help->resize(screen.width() / 2, screen.height());
+    help->show();
+    m_help = help;
+}
+
+frmHelp* AppShell::lastHelp() const {
+    return m_help;
 }
 
 // The process ends here, from inside whatever event asked for it: no capture

@@ -2,6 +2,7 @@
 // The window system as start-up, shutdown and the selections see it: it makes
 // the windows, shows the splash and ends the process.
 
+#include <QPointer>
 #include <memory>
 
 #include "core/mainview.h"
@@ -13,6 +14,7 @@ namespace zelvan {
 class SettingsStore;
 class frmOutDW;
 class frmSignPreview;
+class frmHelp;
 class frmTavo;
 
 class AppShell : public Shell {
@@ -31,6 +33,8 @@ class AppShell : public Shell {
 
     frmTavo* mainWindow() const { return m_main; }
     InL21& decoder() { return m_inL21; }
+    // The help window opened last; earlier ones stay open on their own.
+    frmHelp* lastHelp() const;
     // "--no-splash" on the command line: start at once, for a restart during a
     // showing and for the end-to-end tests.
     void skipSplash(bool skip) { m_skipSplash = skip; }
@@ -42,6 +46,7 @@ class AppShell : public Shell {
     BoardLibrary& board(Tavo& tavo);
 
     frmTavo* m_main = nullptr;
+    QPointer<frmHelp> m_help;
     // The one caption memory, shared by the two line-21 filters.
     InL21 m_inL21;
     // The timecode board outlives the windows that read it: made at the first

@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
@@ -15,6 +14,8 @@
 #include <algorithm>
 
 #include "platform/qtext.h"
+#include "support/frmansitable.h"
+#include "support/frmtavoprefs.h"
 
 namespace zelvan {
 
@@ -117,6 +118,8 @@ void frmTavo::buildControls() {
     txtTotChars->setEnabled(false);
 
     lblControlCodes = new QLabel(QStringLiteral("Control Code Reference (click)"), central);
+    lblControlCodes->setObjectName(QStringLiteral("lblControlCodes"));
+    lblControlCodes->installEventFilter(this);
     lblControlCodes->hide();
 
     cmdExit = new QPushButton(QStringLiteral("E X I T"), central);
@@ -132,11 +135,7 @@ void frmTavo::buildControls() {
 
 void frmTavo::buildMenus() {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    file->addAction(QStringLiteral("&Preferences"), this, [] {
-        QMessageBox::information(
-            nullptr, QStringLiteral("Preferences"),
-            QStringLiteral("Placeholder: the preferences window is not built yet."));
-    });
+    file->addAction(QStringLiteral("&Preferences"), this, [this] { mnuFilePrefs_Click(); });
     file->addAction(QStringLiteral("E&xit"), this, [this] { m_tavo.exitProgram(); });
 
     mnuInput = menuBar()->addMenu(QStringLiteral("&Input"));
@@ -242,6 +241,31 @@ QString frmTavo::statusText() {
 }
 QRadioButton* frmTavo::optionButton(FilterKind kind) const {
     return m_options[static_cast<std::size_t>(kind)];
+}
+
+void frmTavo::mnuFilePrefs_Click() {
+    if (!m_prefs) m_prefs = new frmTavoPrefs(m_tavo, m_shell);
+    m_prefs->show();
+}
+
+// A second click while the window is open reloads the reference into it.
+void frmTavo::lblControlCodes_Click() {
+    if (!m_ansi) m_ansi = new frmAnsiTable;
+    m_ansi->show();
+    m_ansi->loadFile(ansiReferencePath());
+}
+
+frmTavoPrefs* frmTavo::prefsWindow() const {
+    return m_prefs;
+}
+frmAnsiTable* frmTavo::ansiWindow() const {
+    return m_ansi;
+}
+
+bool frmTavo::eventFilter(QObject* watched, QEvent* e) {
+    if (watched == lblControlCodes && e->type() == QEvent::MouseButtonRelease)
+        lblControlCodes_Click();
+    return QMainWindow::eventFilter(watched, e);
 }
 
 void frmTavo::showHelp() {

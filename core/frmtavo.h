@@ -3,6 +3,7 @@
 // status line and the menus. It owns the console logic and binds to it.
 
 #include <QMainWindow>
+#include <QPointer>
 #include <array>
 #include <functional>
 #include <memory>
@@ -22,6 +23,9 @@ class QRadioButton;
 class QStatusBar;
 
 namespace zelvan {
+
+class frmAnsiTable;
+class frmTavoPrefs;
 
 class frmTavo : public QMainWindow, public MainView {
     Q_OBJECT
@@ -48,9 +52,17 @@ class frmTavo : public QMainWindow, public MainView {
     // A checkable entry at the foot of the Input menu for a setting of the
     // input filters; onToggle applies and saves it.
     void addInputSetting(const QString& caption, bool checked, std::function<void(bool)> onToggle);
+    // mnuFilePrefs: the one preferences window, made afresh once closed.
+    void mnuFilePrefs_Click();
+    // The label is hidden, so no click reaches it on screen; the reference
+    // window opens from here all the same.
+    void lblControlCodes_Click();
+    frmTavoPrefs* prefsWindow() const;
+    frmAnsiTable* ansiWindow() const;
 
   protected:
     void closeEvent(QCloseEvent* e) override;
+    bool eventFilter(QObject* watched, QEvent* e) override;
 
   private:
     void buildControls();
@@ -85,6 +97,8 @@ class frmTavo : public QMainWindow, public MainView {
     DeferredRefresh m_labels{[this] { showLabels(); }};
     // Flags behind the hidden output boxes; nothing reads them.
     bool bOutQT = false, bOutRT = false, bOutWT = false;
+    QPointer<frmTavoPrefs> m_prefs;
+    QPointer<frmAnsiTable> m_ansi;
 };
 
 }  // namespace zelvan

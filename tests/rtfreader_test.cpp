@@ -1,0 +1,75 @@
+// The rich text reader, on the control code reference the build writes and on
+// the odd and broken files an operator might leave in its place.
+
+#include <gtest/gtest.h>
+
+#include "support/ansireference.h"
+#include "support/rtfreader.h"
+
+namespace zelvan {
+namespace {
+
+std::string text(std::string_view rtf) {
+    return rtf::toPlainText(rtf::parse(rtf));
+}
+
+TEST(RtfReader, OurReferenceReadsAsTablesOfFramesCodesAndCharacters) {
+    const std::string plain = text(ansiReferenceRtf());
+    // A sign frame: the readable notation (û is U+00FB) and the bytes.
+    EXPECT_NE(plain.find("Bright | \u00FB01\u00FB20\u00FB7F \u00FB01 | 01 20 7F 20 01"),
+              std::string::npos)
+        << plain;
+    EXPECT_NE(plain.find("EOC | 14 2F | 1C 2F |"), std::string::npos);
+    EXPECT_NE(plain.find("11 37 | \u2022"), std::string::npos);  // the music note stand-in
+    // Row 8x of the code page starts with the euro sign; 81 has no character.
+    EXPECT_NE(plain.find("8x | \u20AC |  | \u201A"), std::string::npos);
+    EXPECT_EQ(plain.find("Arial"), std::string::npos) << "the font table is not text";
+}
+
+TEST(RtfReader, KeepsTheLookOfEachRun) {
+    const rtf::Document doc =
+        rtf::parse(R"({\rtf1 plain \b bold\b0{\i\fs40 big}\ul under\ulnone\par})");
+    ASSERT_EQ(doc.blocks.size(), 1u);
+    const rtf::Runs& runs = doc.blocks[0].runs;
+    ASSERT_EQ(runs.size(), 4u);
+    EXPECT_EQ(runs[0].text, "plain ");
+    EXPECT_TRUE(runs[1].bold);
+    EXPECT_TRUE(runs[2].italic);
+    EXPECT_EQ(runs[2].halfPoints, 40);
+    EXPECT_FALSE(runs[3].italic) << "the group's end ends its italics";
+    EXPECT_TRUE(runs[3].underline);
+}
+
+TEST(RtfReader, DecodesEscapedAndUnicodeCharactersSkippingTheirStandIns) {
+    EXPECT_EQ(text(R"({\rtf1 caf\'e9 \'80 \u8364? \uc2\u-3913 xxy\tab z\par})"),
+              "caf\u00E9 \u20AC \u20AC \uF0B7y\tz\n");
+    EXPECT_EQ(text(R"({\rtf1 a\{b\}c\\d\~e\'C9\'Af\par})"), "a{b}c\\d\u00A0e\u00C9\u00AF\n");
+}
+
+TEST(RtfReader, SkipsDestinationsThatHoldNoText) {
+    EXPECT_EQ(text(R"({\rtf1{\fonttbl{\f0 Arial;}}{\colortbl;\red1;}{\info{\title T}})"
+                   R"({\*\generator G;}{\pict\bin4 {{{ }shown\par})"),
+              "shown\n");
+}
+
+TEST(RtfReader, RowsOfCellsBecomeOneTable) {
+    const rtf::Document doc = rtf::parse(
+        R"({\rtf1\trowd\cellx1\intbl a\cell b<\cell\row\trowd\intbl c\cell\row\pard after\par})");
+    EXPECT_EQ(rtf::toPlainText(doc), "a | b<\nc\nafter\n");
+    const std::string html = rtf::toHtml(doc);
+    EXPECT_EQ(html.find("<table", html.find("<table") + 1), std::string::npos);
+    EXPECT_NE(html.find("b&lt;"), std::string::npos);
+}
+
+TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
+    EXPECT_EQ(text(""), "");
+    EXPECT_EQ(text("not rich text at all"), "not rich text at all\n");
+    EXPECT_EQ(text(R"({\rtf1 kept\par}}}} more)"), "kept\n more\n");
+    EXPECT_EQ(text(R"({\rtf1 cut \'4)"), "cut \x04\n");
+    EXPECT_EQ(text(R"({\rtf1 x\bin99999999)"), "x\n");
+    EXPECT_EQ(text(std::string(100000, '{') + "deep"), "deep\n");
+    EXPECT_EQ(text(std::string("a\0b\xff", 4)), std::string("a\0b\u00FF", 5) + "\n");
+}
+
+}  // namespace
+}  // namespace zelvan
