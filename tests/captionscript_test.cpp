@@ -37,7 +37,7 @@ TEST(CueScript, SubRipCuesKeepTheirTextOnly) {
     const std::string file =
         "\xEF\xBB\xBF"
         "1\r\n00:00:01,000 --> 00:00:02,500\r\n"
-        "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second  \r\n\r\n"
+        "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
         "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
         "Caf\xC3\xA9 \xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
         "&#233;&#32;&#x41;&#0;&#x1F600;&quot;&apos;\r\n"
