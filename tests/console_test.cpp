@@ -95,7 +95,8 @@ TEST_F(ConsoleTest, ShowFormRunsTheFilterRedUntilTheOpenButtonClosesItFirst) {
     console.showForm();
     EXPECT_EQ(view.steps, (std::vector<std::string>{"place", "show"}));
     EXPECT_EQ(port.port(), 4);
-    EXPECT_TRUE(view.boxes[static_cast<std::size_t>(ConsoleBox::Filter)]);
+    // Ticked: the carrier switch, input, the filter and reversed text.
+    EXPECT_EQ(view.boxes, (std::array<bool, kConsoleBoxes>{true, true, true, true, false, false}));
     EXPECT_EQ(view.filter, kFilterRunning);
     console.cmdPortOutOpen_Click();
     EXPECT_FALSE(console.isPortOpen());
@@ -169,6 +170,15 @@ TEST_F(ConsoleTest, SendItPassesTheNotationStraightThroughOnlyWhileTheFilterRuns
     console.cmdSendIt_Click();
     EXPECT_EQ(port.writes, (std::vector<std::string>{bytes({0x01, 0x20, 0x7F, 0x20, 0x01})}));
     EXPECT_TRUE(rig.tone.tones.empty());
+}
+
+// The escape byte goes over the selection, or at the end past it.
+TEST_F(ConsoleTest, LuckyCharmPutsTheEscapeOverTheSelectionAndShowsIt) {
+    console.setPendingText("ab01");
+    EXPECT_EQ(console.cmdLuckyCharm_Click(1, 1), 2u);
+    EXPECT_EQ(view.pending, esc("a^01"));
+    EXPECT_EQ(console.cmdLuckyCharm_Click(9, 9), 5u);
+    EXPECT_EQ(view.pending, esc("a^01^"));
 }
 
 // Line breaks go out as they stand; only a line longer than the row is cut.
