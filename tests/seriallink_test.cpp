@@ -38,7 +38,7 @@ TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
     rig.store.set("L21Port", "port", "3");
     rig.store.set("L21Port", "baud", "fast");
     rig.store.set("L21Port", "parity", std::to_string(parity::kEven));
-    rig.store.set("L21Port", "databits", "7x");
+    rig.store.set("L21Port", "databits", "8x");
     rig.store.set("L21Port", "stopbits", std::to_string(stopbits::kOneAndHalf));
     rig.store.set("DWPort", "parity", "");
     rig.store.set("DWPort", "stopbits", std::to_string(stopbits::kTwo));
