@@ -37,18 +37,19 @@ TEST(CueScript, SubRipCuesKeepTheirTextOnly) {
     const std::string file =
         "\xEF\xBB\xBF"
         "1\r\n00:00:01,000 --> 00:00:02,500\r\n"
-        "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second  \r\n\r\n"
+        "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
         "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
         "Caf\xC3\xA9 \xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
-        "&#233;&#32;&#x41;&#0;&#x1F600;&quot;&apos;\r\n"
+        "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;\r\n"
         "\r\n\r\n3\r\n00:00:05,000 --> 00:00:06,000\r\n<b></b>\r\n\r\n"
         "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n";
     EXPECT_EQ(read(file), (Captions{"Hello & welcome\r\nsecond",
                                     "Caf\xE9 \x93q\x94 ? <b> \xE9"
-                                    " A??\"'",
+                                    " A\xA0\x93??\"'",
                                     "a < b, 3 > 2 --> fine"}));
     // Not UTF-8: a script written in the code page itself.
-    EXPECT_EQ(read("1\n00:00:01,000 --> 00:00:02,000\nCaf\xE9\n"), Captions{"Caf\xE9"});
+    EXPECT_EQ(read("1\n00:00:01,000 --> 00:00:02,000\n\xE9t\xE9 Caf\xE9\n"),
+              Captions{"\xE9t\xE9 Caf\xE9"});
     EXPECT_EQ(read("1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n"),
               Captions{"\xA9\xA9\xA9\xA9"});
 }

@@ -10,81 +10,61 @@ namespace {
 using testing::Log;
 using testing::Rig;
 
-struct StartupTest : ::testing::Test {
+TEST(Startup, FirstStartComesUpInOrderAndCapturesOnTheSerialDecoder) {
     Rig rig;
-    Tavo& tavo = rig.tavo;
-    void storedFilter(const char* type) { rig.store.set("General", "InputFilterType", type); }
-};
-
-TEST_F(StartupTest, FirstStartComesUpInOrderAndCapturesOnTheSerialDecoder) {
     rig.tavo.rawQueueIn = 9;
     rig.shell.onMake = [&](FilterKind kind, testing::FakeFilter& f) {
         if (kind == FilterKind::L21Serial)
-            f.onShow = [&] { rig.log.push_back(tavo.bInL21Serial ? "flag up" : "flag down"); };
+            f.onShow = [&] { rig.log.push_back(rig.tavo.bInL21Serial ? "flag up" : "flag down"); };
     };
-    tavo.startup(rig.shell);
+    rig.tavo.startup(rig.shell);
     EXPECT_EQ(rig.log, (Log{"busy", "splash", "idle", "mainWindow", "display.showForm",
                             "L21Serial.showForm", "flag up"}));
     EXPECT_EQ(rig.view().outDW, 1);
     EXPECT_EQ(rig.view().option, FilterKind::L21Serial);
-    EXPECT_TRUE(tavo.bOutDW);
-    EXPECT_EQ(tavo.rawQueueIn, 1);
-    EXPECT_EQ(tavo.barkerLineCount, 3);
+    EXPECT_EQ(rig.tavo.rawQueueIn, 1) << "the ring starts empty";
 }
 
-TEST_F(StartupTest, StoredBoardComesBackAsTheBoardFilter) {
-    storedFilter("2");
-    tavo.startup(rig.shell);
-    EXPECT_EQ(rig.log.back(), "L21USB.showForm");
-    EXPECT_TRUE(tavo.bInL21USB);
-    EXPECT_EQ(rig.view().option, FilterKind::L21USB);
+// The board comes back as the board filter; the ASCII input selects nothing
+// and is written back as it was.
+TEST(Startup, StoredFilterTypeSelectsItsFilter) {
+    for (auto [type, lastStep] : {std::pair{"2", "L21USB.showForm"}, {"3", "display.showForm"}}) {
+        Rig rig;
+        rig.store.set("General", "InputFilterType", type);
+        rig.tavo.startup(rig.shell);
+        EXPECT_EQ(rig.log.back(), lastStep);
+        EXPECT_EQ(rig.view().option, *type == '2' ? FilterKind::L21USB : FilterKind::TDS);
+        rig.tavo.saveSettings();
+        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), type);
+    }
 }
 
-TEST_F(StartupTest, StoredAsciiSelectsNothingAndIsWrittenBackUnchanged) {
-    storedFilter("3");
-    tavo.startup(rig.shell);
-    EXPECT_EQ(rig.log.back(), "display.showForm");
-    EXPECT_EQ(tavo.selectedFilter(), nullptr);
-    tavo.saveSettings();
-    EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), "3");
+TEST(Startup, ShutdownActsOnTheDisplayThenClosesEverythingAndSaves) {
+    for (auto [task, displayAction] :
+         {std::pair{"0", ""}, {"1", "display.showStartupBarker(true)"}, {"2", "display.DWErase"}}) {
+        Rig rig;
+        rig.store.set("General", "ExitDisplayTask", task);
+        rig.store.set("General", "InputFilterType", "2");
+        rig.tavo.startup(rig.shell);
+        rig.log.clear();
+        rig.tavo.exitProgram();
+        Log want;
+        if (*displayAction) want.push_back(displayAction);
+        for (const char* step :
+             {"busy", "display.hideForm", "L21USB.hideForm", "idle", "endProcess"})
+            want.push_back(step);
+        EXPECT_EQ(rig.log, want) << task;
+        EXPECT_EQ(rig.view().status, "Closing input filter. Stand by...");
+        EXPECT_TRUE(rig.store.has("General", "BeepOnMessage"));
+    }
 }
 
-struct ExitCase {
-    const char* task;
-    const char* displayAction;  // what the display gets first, or "" for nothing
-};
-
-class ExitDisplayTask : public StartupTest, public ::testing::WithParamInterface<ExitCase> {};
-
-TEST_P(ExitDisplayTask, ShutdownActsOnTheDisplayThenClosesEverythingAndSaves) {
-    rig.store.set("General", "ExitDisplayTask", GetParam().task);
-    storedFilter("2");
-    tavo.startup(rig.shell);
-    rig.log.clear();
-    const long long yieldsBefore = rig.dispatch.yieldCount();
-    tavo.exitProgram();
-
-    Log want;
-    if (*GetParam().displayAction) want.push_back(GetParam().displayAction);
-    for (const char* step : {"busy", "display.hideForm", "L21USB.hideForm", "idle", "endProcess"})
-        want.push_back(step);
-    EXPECT_EQ(rig.log, want);
-    EXPECT_EQ(rig.dispatch.yieldCount() - yieldsBefore, 10000);
-    EXPECT_EQ(rig.view().status, "Closing input filter. Stand by...");
-    EXPECT_EQ(rig.store.get("General", "ExitDisplayTask", ""), GetParam().task);
-    EXPECT_TRUE(rig.store.has("General", "BeepOnMessage"));
-}
-
-INSTANTIATE_TEST_SUITE_P(Tasks, ExitDisplayTask,
-                         ::testing::Values(ExitCase{"0", ""},
-                                           ExitCase{"1", "display.showStartupBarker(true)"},
-                                           ExitCase{"2", "display.DWErase"}, ExitCase{"5", ""}));
-
-TEST_F(StartupTest, ASecondExitDuringTheYieldsRunsAgainInsideTheFirst) {
-    storedFilter("3");
-    tavo.startup(rig.shell);
-    rig.dispatch.post([&] { tavo.exitProgram(); });
-    tavo.exitProgram();
+TEST(Startup, ASecondExitDuringTheYieldsRunsAgainInsideTheFirst) {
+    Rig rig;
+    rig.store.set("General", "InputFilterType", "3");
+    rig.tavo.startup(rig.shell);
+    rig.dispatch.post([&] { rig.tavo.exitProgram(); });
+    rig.tavo.exitProgram();
     EXPECT_EQ(rig.shell.ends, 2);  // the real shell ends the process at the first of these
     EXPECT_EQ(std::count(rig.log.begin(), rig.log.end(), "display.showStartupBarker(true)"), 2);
 }

@@ -1,7 +1,7 @@
 // The caption file window as built: the operator's file dialog, the menu and
 // buttons reaching the same actions as the keys, keys seen before the focused
-// control, and a script of ten captions stepped onto a sign on a
-// pseudo-terminal through the real display window.
+// control, and a script stepped onto a sign on a pseudo-terminal through the
+// real display window.
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -72,40 +72,42 @@ TEST_F(FrmInTDSTest, DialogMenuButtonsAndKeysReachTheActions) {
                "WEBVTT\n\n00:01.000 --> 00:02.000\nOne\n\n00:03.000 --> 00:04.000\n"
                "Caf\xC3\xA9 two\n\n00:05.000 --> 00:06.000\nThree\n");
     EXPECT_EQ(window->tbTDSFile->text(), QStringLiteral("show.vtt"));
+    auto current = [&] { return window->rtbCaptionCurrent->toPlainText(); };
     window->bSend->click();
     window->mnuSend->trigger();
-    EXPECT_EQ(window->rtbCaptionCurrent->toPlainText(), QStringLiteral("Caf\u00E9 two"));
+    EXPECT_EQ(current(), QStringLiteral("Caf\u00E9 two"));
     window->bRewind->click();
     window->mnuCaptionRewind->trigger();
     EXPECT_EQ(window->rtbCaptionNext->toPlainText(), QStringLiteral("One"));
+    window->bErase->click();
+    EXPECT_TRUE(current().isEmpty());
 
     window->activateWindow();
     press(window->tbTDSFile, Qt::Key_PageDown);
-    EXPECT_EQ(window->rtbCaptionCurrent->toPlainText(), QStringLiteral("One"));
+    EXPECT_EQ(current(), QStringLiteral("One"));
     EXPECT_EQ(QApplication::focusWidget(), window->bSend) << "stepping gives Send the focus";
     press(window->bSend, Qt::Key_PageUp);
-    EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty());
+    EXPECT_TRUE(current().isEmpty());
     window->bSend->click();
     press(window->tbTCOffset, Qt::Key_E, QStringLiteral("E"));
-    EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty()) << "E erases anywhere";
+    EXPECT_TRUE(current().isEmpty()) << "E erases anywhere";
     EXPECT_EQ(window->tbTCOffset->text(), QStringLiteral("+00:00:00:00E")) << "and still types";
     window->mnuSend->trigger();
     window->mnuErase->trigger();
-    EXPECT_TRUE(window->rtbCaptionCurrent->toPlainText().isEmpty());
+    EXPECT_TRUE(current().isEmpty());
     press(window->tbTCOffset, Qt::Key_F1);
     EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
 
     answer.reset();
     window->cmdSelectTDSFile->click();
     EXPECT_EQ(asked.value(7), QString::fromStdString((dir / "show.vtt").string()));
-
     window->close();
     EXPECT_TRUE(window->isVisible()) << "only hideForm takes it away";
 }
 
-// Ten captions stepped with Send, Rewind and Erase, each press reaching a sign
-// on a pseudo-terminal through the display window with its real serial port.
-TEST_F(FrmInTDSTest, TenCaptionsSteppedOntoTheSign) {
+// Captions stepped with Send reach a sign on a pseudo-terminal through the
+// display window with its real serial port.
+TEST_F(FrmInTDSTest, CaptionsSteppedOntoTheSign) {
     testing::PtyEnd signLine;
     ASSERT_FALSE(signLine.slave.empty());
     setDevicePath(store, 2, signLine.slave);
@@ -116,41 +118,24 @@ TEST_F(FrmInTDSTest, TenCaptionsSteppedOntoTheSign) {
     display.showForm();
     tavo.bOutDW = true;
     ASSERT_TRUE(display.console().isPortOpen());
-
-    std::string script = "; ten captions\r\n";
-    for (int i = 1; i <= 10; ++i)
-        script +=
-            "Caption " + std::to_string(i) + "\r\nline two of " + std::to_string(i) + "\r\n\r\n";
-    openScript("ten.tds", script);
+    openScript("two.tds", "; two captions\r\nCaption 1\r\nline two\r\n\r\nCaption 2\r\n");
 
     SignModel sign;
-    auto trimmed = [](std::string row) {
-        row.erase(row.find_last_not_of(' ') + 1);
-        return row;
-    };
     auto signShows = [&](const std::string& top, const std::string& second) {
         return waitFor([&] {
             sign.feed(signLine.take());
-            return trimmed(sign.rowThroughReflector(1)) == top &&
-                   trimmed(sign.rowThroughReflector(2)) == second &&
-                   trimmed(sign.rowThroughReflector(3)).empty();
+            const std::string pad(32, ' ');
+            return sign.rowThroughReflector(1) == (top + pad).substr(0, 32) &&
+                   sign.rowThroughReflector(2) == (second + pad).substr(0, 32) &&
+                   sign.rowThroughReflector(3) == pad;
         });
     };
-    for (int i = 1; i <= 10; ++i) {
-        window->bSend->click();
-        const std::string n = std::to_string(i);
-        ASSERT_TRUE(signShows("Caption " + n, "line two of " + n)) << i << "\n" << sign.dump();
-    }
+    window->bSend->click();
+    EXPECT_TRUE(signShows("Caption 1", "line two")) << sign.dump();
+    window->bSend->click();
+    EXPECT_TRUE(signShows("Caption 2", "")) << sign.dump();
     window->bSend->click();
     EXPECT_TRUE(signShows("", "")) << "past the end the sign goes blank\n" << sign.dump();
-    window->bRewind->click();
-    window->bRewind->click();
-    window->bSend->click();
-    EXPECT_TRUE(signShows("Caption 8", "line two of 8")) << sign.dump();
-    window->bErase->click();
-    EXPECT_TRUE(signShows("", "")) << sign.dump();
-    window->bSend->click();
-    EXPECT_TRUE(signShows("Caption 9", "line two of 9")) << "Send after Erase\n" << sign.dump();
     EXPECT_EQ(sign.strayBytes + sign.unknownFrames, 0) << sign.dump();
     display.hideForm();
 }
