@@ -61,8 +61,7 @@ TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
     store.set("Board", "Loop", "True");
     settings = readBoardSettings(store);
     EXPECT_TRUE(settings.loop);
-    const std::pair<const char*, int> cases[] = {{"", 0},
-                                                 {"/nonexistent.scc", 0},
+    const std::pair<const char*, int> cases[] = {{"/nonexistent.scc", 0},
                                                  {ZELVAN_SAMPLES_DIR "/README.md", 0},
                                                  {ZELVAN_SAMPLES_DIR "/popon-short.scc", 0x2A0}};
     for (auto [path, where] : cases) {
