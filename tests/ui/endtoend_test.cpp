@@ -74,7 +74,7 @@ TEST_F(EndToEnd, StartupCaptionStandsOnTheSignReversed) {
 
 TEST_F(EndToEnd, PopOnCaptionGoesOutDimErasedRowsBright) {
     const std::string frames = exchange(
-        popOnCaption("Hello there"), [&] { return signShows("Hello there"); }, 5000);
+        popOnCaption("Hello there"), [&] { return signShows("Hello there") && sign.bright; }, 5000);
     ASSERT_TRUE(signShows("Hello there")) << sign.dump();
     EXPECT_EQ(frames.rfind(kDim, 0), 0u) << "the repaint starts dimmed";
     EXPECT_EQ(frames.substr(frames.size() - kBright.size()), kBright) << "and ends bright";
