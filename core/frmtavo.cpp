@@ -149,6 +149,10 @@ void frmTavo::buildMenus() {
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&Help Contents               F1"), this,
                     [this] { showHelp(); });
+    // The label that opens the reference stays hidden on the window, so the
+    // menu is the operator's way to it.
+    help->addAction(QStringLiteral("&Control Code Reference"), this,
+                    [this] { lblControlCodes_Click(); });
     help->addSeparator();
     // F1 anywhere in the window, before any control sees the key.
     new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { showHelp(); });
