@@ -1,6 +1,4 @@
-// The demo's decoder box and its reader of the sign: words go out at the pace
-// of their timecodes, parity stripped, again and again when looping; a caption
-// is reported once the sign stands still, as the reflector reads it.
+// The demo's decoder box and its reader of the sign.
 
 #include <gtest/gtest.h>
 
@@ -15,48 +13,48 @@ using testing::bytes;
 using Clock = SccPlayer::Clock;
 using std::chrono::milliseconds;
 
+// Frames 0 and 30 are a second apart at 29.97 frames a second, half that at
+// 2x; parity is stripped, and a looping player starts over after a pause.
 TEST(DemoBox, PlaysWordsAtTheirFramesTimesTheSpeedAndLoopsAfterAPause) {
-    // Frames 0 and 30: a second apart at 29.97 frames a second, half that at 2x.
     const std::vector<SccTimedWord> schedule{{0, 0x9420}, {30, 0xC845}};
     const Clock::time_point t0{};
-    SccPlayer once(schedule, 2.0, false);
+    SccPlayer once(schedule, 2.0, false), looping(schedule, 2.0, true);
     once.start(t0);
+    looping.start(t0);
     EXPECT_EQ(once.due(t0), bytes({0x14, 0x20}));
     EXPECT_EQ(once.due(t0 + milliseconds(490)), "");
     EXPECT_EQ(once.due(t0 + milliseconds(510)), "HE");
     EXPECT_TRUE(once.finished());
     EXPECT_EQ(once.due(t0 + std::chrono::seconds(60)), "");
-
-    SccPlayer looping(schedule, 2.0, true);
-    looping.start(t0);
     looping.due(t0 + milliseconds(510));
     const auto lastWord = t0 + milliseconds(501);
     EXPECT_EQ(looping.due(lastWord + SccPlayer::kLoopPause - milliseconds(5)), "");
     EXPECT_EQ(looping.due(lastWord + SccPlayer::kLoopPause + milliseconds(5)), bytes({0x14, 0x20}));
 }
 
+// A caption is reported once the sign stands still, as the reflector reads it.
 TEST(DemoBox, ReportsEachCaptionOnceTheSignStandsStillAsTheReflectorReadsIt) {
     RecordingDisplayLink link;
     DisplayProtocol sign{link};
     CaptionWatch watch;
     const Clock::time_point t0{};
-    const auto show = [&](Clock::time_point at) {
-        watch.take(link.bytes(), at);
+    const auto show = [&](int ms) {
+        watch.take(link.bytes(), t0 + milliseconds(ms));
         link.clear();
     };
+    const auto settled = [&](int ms) { return watch.settled(t0 + milliseconds(ms)); };
     sign.writeLine("ab\x95", 1, 1);  // reversed on the wire, the note as 7F
     sign.writeLine("cd", 3, 1);
-    show(t0);
-    EXPECT_FALSE(watch.settled(t0 + milliseconds(1))) << "frames may still be coming";
-    EXPECT_EQ(watch.settled(t0 + milliseconds(10)), "ab\u266A / cd");
-    EXPECT_FALSE(watch.settled(t0 + milliseconds(20))) << "reported once";
-
+    show(0);
+    EXPECT_FALSE(settled(1)) << "frames may still be coming";
+    EXPECT_EQ(settled(10), "ab\u266A / cd");
+    EXPECT_FALSE(settled(20)) << "reported once";
     sign.DWErase();
-    show(t0 + milliseconds(30));
-    EXPECT_FALSE(watch.settled(t0 + milliseconds(40))) << "a blank sign is no caption";
+    show(30);
+    EXPECT_FALSE(settled(40)) << "a blank sign is no caption";
     sign.writeLine("cd", 3, 1);
-    show(t0 + milliseconds(50));
-    EXPECT_EQ(watch.settled(t0 + milliseconds(60)), "cd") << "the same text after a blank";
+    show(50);
+    EXPECT_EQ(settled(60), "cd") << "the same text after a blank";
 }
 
 }  // namespace

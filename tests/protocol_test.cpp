@@ -46,9 +46,7 @@ TEST_F(ProtocolTest, RowGoesOutPlainOrReversedToEndInColumn32) {
     out.writeLine(testing::esc("A^42C"), 3, 1);  // an escape in caption text is read
     EXPECT_EQ(link.writes,
               (Writes{bytes({1, 0x20, 0x21, 0x3E, 'B', 'A', 1}),
-                      textFrame(1, 29,
-                                "\x7F"
-                                "A  "),
+                      textFrame(1, 29, std::string(1, 0x7F) + "A  "),
                       textFrame(1, 1, "Y" + std::string(31, 'x')), bytes({1, 0x20, 0x20, 0x20, 1}),
                       textFrame(3, 1, "  A\x7F"), textFrame(3, 1, "ABC")}));
 }
@@ -60,7 +58,7 @@ TEST_F(ProtocolTest, SunriseSendsFourFramesPaddedFromColumn1) {
 }
 
 // A longer text keeps the first 32 characters the reader sees; no column byte
-// falls below 0x20.
+// falls below 0x20, and a start right of the row sends no characters.
 TEST_F(ProtocolTest, LongRowIsCutToTheSignInEveryForm) {
     const std::string head = "0123456789abcdefghijklmnopqrstuv";
     for (int form = 0; form < 4; ++form) {
@@ -76,6 +74,10 @@ TEST_F(ProtocolTest, LongRowIsCutToTheSignInEveryForm) {
         }
         EXPECT_EQ(out.bReverse ? sign.rowThroughReflector(1) : sign.row(1), head) << form;
     }
+    link.clear();
+    out.bReverse = out.bSunrise = false;
+    out.writeLine("AB", 1, 40);
+    EXPECT_EQ(link.writes.at(0).size(), 5u);
 }
 
 TEST_F(ProtocolTest, EraseClearsTheRowsInUseOrWritesBlanksUnderSunrise) {

@@ -1,6 +1,4 @@
-// Serial link management over the fake port, on virtual time: the settings
-// sections, opening and closing with their messages, the display link's
-// bounded drain, hang-up and dial, notices, and a device that goes away.
+// Serial link management over the fake port, on virtual time.
 
 #include <gtest/gtest.h>
 
@@ -30,10 +28,8 @@ struct LinkTest : ::testing::Test {
     long long now() const { return rig.dispatch.nowMs(); }
 };
 
-// --- the settings text and the sections ---
-
 // Text that is no whole number keeps the default; only the decoder link
-// keeps its stop bits.
+// keeps its stop bits. The setup dialog's choice shows at once.
 TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
     rig.store.set("L21Port", "port", "3");
     rig.store.set("L21Port", "baud", "fast");
@@ -49,6 +45,10 @@ TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
         SerialLink(*profile, fresh, rig.tavo, view).loadSettings();
         EXPECT_EQ(view.setupCaption, text) << profile->section;
     }
+    make(kDisplayLink);
+    port.onSetupDialog = [](SerialPort& p) { p.setBaud(2400); };
+    link->setup();
+    EXPECT_EQ(view.setupCaption, "1:2400,n,8,1");
 }
 
 TEST_F(LinkTest, SaveClosesAnOpenPortFirstAndDecoderStopsCapture) {
@@ -62,8 +62,6 @@ TEST_F(LinkTest, SaveClosesAnOpenPortFirstAndDecoderStopsCapture) {
     EXPECT_EQ(view.openCaption, "Open");  // the state event ran in those yields
 }
 
-// --- opening and closing ---
-
 TEST_F(LinkTest, OpenOrCloseThatFailsShowsOneMessageWithTheSystemsReason) {
     make(kAsciiLink);
     view.reminder = true;
@@ -73,9 +71,9 @@ TEST_F(LinkTest, OpenOrCloseThatFailsShowsOneMessageWithTheSystemsReason) {
     link->openPort();  // the next try works: it purges and clears the reminder
     EXPECT_EQ(port.purges, 1);
     EXPECT_FALSE(view.reminder);
-    EXPECT_EQ(view.openCaption, "Open");  // the caption follows the state event...
+    EXPECT_EQ(view.openCaption, "Open");  // the caption follows the state event,
     rig.dispatch.yield();
-    EXPECT_EQ(view.openCaption, "Close");  // ...which arrives in a yield
+    EXPECT_EQ(view.openCaption, "Close");  // which arrives in a yield
     link->openPort();
     EXPECT_EQ(port.opens, 2);  // an open port isn't opened again
     port.failNextClose("Input/output error");
@@ -105,8 +103,6 @@ TEST_F(LinkTest, DisplayCloseDeliversWrittenFramesFirstButGivesUpAfterTwoSeconds
     EXPECT_TRUE(view.boxes.empty());
 }
 
-// --- modem commands and notices ---
-
 TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
     make(kAsciiLink);
     link->hangUpPort();  // closed: nothing, no time
@@ -122,7 +118,7 @@ TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
 }
 
 // The sign preview's feed: what went out on the line, modem commands included,
-// and nothing a closed port refused.
+// and nothing a closed port refused (that gets the reminder instead).
 TEST_F(LinkTest, TapSeesExactlyTheBytesThatWentOnTheLine) {
     struct Tap : WriteTap {
         void written(const std::string& bytes) override { seen += bytes; }
@@ -131,6 +127,7 @@ TEST_F(LinkTest, TapSeesExactlyTheBytesThatWentOnTheLine) {
     make(kDisplayLink);
     link->setTap(&tap);
     link->write("refused");
+    EXPECT_EQ(view.notice, kOpenPortFirst);
     link->openPort();
     link->write("frame");
     link->dial("555");
@@ -153,8 +150,7 @@ TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
     EXPECT_EQ(rig.tone.tones.size(), 4u);
 }
 
-// --- a sender faster than the reader ---
-
+// A sender faster than the reader: several rings' worth in one go.
 TEST_F(LinkTest, BurstOfSeveralRingsReachesTheFilterWholeAndInOrder) {
     openLink(kL21Link);
     testing::Log log;
@@ -168,8 +164,6 @@ TEST_F(LinkTest, BurstOfSeveralRingsReachesTheFilterWholeAndInOrder) {
         rig.tavo.pollInput();
     EXPECT_EQ(filter.received, burst);
 }
-
-// --- a device that goes away ---
 
 TEST_F(LinkTest, LostDeviceClosesOnceTellsOnceWithoutBlockingAndStopsCapture) {
     openLink(kL21Link);

@@ -1,6 +1,6 @@
-// The sign preview against the frames the program sends: what each LED shows
-// on the face and in the reflector, brightness, erase, the roll-up motion, the
-// board, and a stream with broken frames in it.
+// The sign preview and its model against the frames the program sends: what
+// each LED shows on the face and in the reflector, brightness, erase, the
+// roll-up motion, the board, and a stream with broken frames in it.
 
 #include "display/signpreview.h"
 
@@ -57,10 +57,8 @@ TEST_F(SignPreviewTest, ReversedTextReadsInTheReflectorAndStandsMirroredOnTheFac
     preview.written(link.writes.front());
     EXPECT_FALSE(preview.dot(SignSide::Reflector, 1, 0, 0, 2)) << "not before the refresh";
     link.clear();
-    sign.sendBright();
     refresh();
     EXPECT_EQ(cell(SignSide::Reflector, 1, 0), ledGlyph('A'));
-    EXPECT_EQ(cell(SignSide::Reflector, 1, 1), ledGlyph('B'));
     EXPECT_EQ(cell(SignSide::Reflector, 1, 2), ledGlyph(0x7F));
     EXPECT_NE(ledGlyph(0x7F), kMissingGlyph);
     EXPECT_EQ(cell(SignSide::Face, 1, 31), mirrored(ledGlyph('A')));
@@ -86,17 +84,15 @@ TEST_F(SignPreviewTest, DimEraseAndBrightFollowTheFrames) {
     sign.writeLine("THERE", 3, 1);
     sign.sendDim();
     refresh();
-    EXPECT_FALSE(preview.model().bright);
-    EXPECT_NE(preview.status().find(", dim"), std::string::npos) << preview.status();
+    EXPECT_EQ(preview.status(), "Front board, dim, 3 frames");
     sign.DWErase();
-    refresh();
-    for (int row = 0; row < kSignRows; ++row) EXPECT_TRUE(rowDark(row)) << row;
     sign.sendBright();
     refresh();
-    EXPECT_TRUE(preview.model().bright);
-    EXPECT_NE(preview.status().find(", bright"), std::string::npos);
+    for (int row = 0; row < kSignRows; ++row) EXPECT_TRUE(rowDark(row)) << row;
+    EXPECT_EQ(preview.status(), "Front board, bright, 7 frames");
 }
 
+// The LEDs stay put and the text rises across them, one dot row a refresh.
 TEST_F(SignPreviewTest, RollUpLiftsTheTextAcrossTheLedsOneDotRowARefresh) {
     sign.writeLine("ONE", 3, 1);
     refresh();
@@ -104,22 +100,14 @@ TEST_F(SignPreviewTest, RollUpLiftsTheTextAcrossTheLedsOneDotRowARefresh) {
     sign.sendRollup();
     sign.writeLine("TWO", 3, 1);
     refresh();
-    // The text starts where it stood: ONE still on the bottom row.
-    EXPECT_EQ(preview.riseLeft(), kRollDotRows);
-    EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('O'));
+    EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('O'));  // where it stood
     EXPECT_TRUE(rowDark(1));
-    // One refresh lifts it one dot row: the gap below it shows dark.
     EXPECT_TRUE(preview.refresh());
     GlyphRows lifted{};
     std::copy(ledGlyph('O').begin() + 1, ledGlyph('O').end(), lifted.begin());
     EXPECT_EQ(cell(SignSide::Reflector, 2, 0), lifted);
-    // Halfway, the top of ONE shows in the middle row's lowest dot rows.
-    for (int i = 0; i < 4; ++i) EXPECT_TRUE(preview.refresh());
-    EXPECT_FALSE(rowDark(1));
-    EXPECT_NE(cell(SignSide::Reflector, 1, 0), ledGlyph('O'));
-    while (preview.refresh()) {
-    }
-    EXPECT_EQ(preview.riseLeft(), 0);
+    for (int i = 1; i < kRollDotRows; ++i) EXPECT_TRUE(preview.refresh());
+    EXPECT_FALSE(preview.refresh());
     EXPECT_EQ(cell(SignSide::Reflector, 1, 0), ledGlyph('O'));
     EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('T'));
 }
@@ -135,13 +123,23 @@ TEST_F(SignPreviewTest, BoardFramesShowWhichBoardAndWhetherReversed) {
     EXPECT_EQ(preview.boardText(), "Front board");
 }
 
+// Frames are found from any cut of the stream; what is no frame is counted.
 TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
-    preview.written("junk" + bytes({1, 0x20, 0x7F, 0x99, 1}));
-    preview.written(bytes({1, 0x20, 0x20}));  // a frame split across two writes
-    preview.written(bytes({0x20, 'O', 'K', 1}));
-    preview.refresh();
-    EXPECT_EQ(cell(SignSide::Face, 0, 0), mirrored(ledGlyph('O')));
-    EXPECT_EQ(preview.status(), "Front board, bright, 1 frame, 1 broken frame, 4 stray bytes");
+    const std::string stream = "junk" + bytes({1, 0x20, 0x21, 0x3F, 'A', 'B', 1}) +
+                               bytes({1, 1, 0x20, 0x7F, 0x2F, 1}) +  // a stray 01 in front
+                               bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1}) +
+                               bytes({1, 0x20, 0x7F, 0x99, 1, 1, 0x55, 1});
+    SignModel whole;
+    whole.feed(stream);
+    for (char b : stream) {
+        preview.written(std::string(1, b));
+        preview.refresh();
+    }
+    EXPECT_EQ(preview.model().dump(), whole.dump());
+    EXPECT_EQ(cell(SignSide::Face, 1, 31), mirrored(ledGlyph('A')));
+    EXPECT_EQ(preview.status(),
+              "Rear board, reversed text, dim, 3 frames, 2 broken frames, 5 stray bytes, "
+              "1 character off the row");
 }
 
 }  // namespace

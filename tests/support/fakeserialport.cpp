@@ -38,7 +38,6 @@ void FakeSerialPort::open() {
 }
 
 void FakeSerialPort::close() {
-    ++closes;
     if (!m_open) return;
     if (m_failClose) {
         m_failClose = false;
@@ -46,14 +45,16 @@ void FakeSerialPort::close() {
         return;
     }
     m_open = false;
-    m_rx.clear();
-    m_tx.clear();
-    m_drainTimer->setEnabled(false);
+    clearLine();
     postState();
 }
 
 void FakeSerialPort::purgeBuffers() {
     ++purges;
+    clearLine();
+}
+
+void FakeSerialPort::clearLine() {
     m_rx.clear();
     m_tx.clear();
     m_drainTimer->setEnabled(false);
@@ -79,7 +80,6 @@ void FakeSerialPort::write(const std::string& bytes) {
 }
 
 void FakeSerialPort::setupDialog() {
-    ++setupDialogs;
     if (onSetupDialog) onSetupDialog(*this);
 }
 
@@ -140,9 +140,7 @@ void FakeSerialPort::setCarrier(bool on) {
 void FakeSerialPort::vanish(std::string reason) {
     if (!m_open) return;
     m_open = false;
-    m_rx.clear();
-    m_tx.clear();
-    m_drainTimer->setEnabled(false);
+    clearLine();
     setLastError(std::move(reason));
     post([this] {
         if (onLost) onLost();

@@ -28,7 +28,7 @@ class FakeSerialPort : public SerialPort {
     std::uint8_t readByte() override;
     void write(const std::string& bytes) override;
     void setupDialog() override;
-    std::string deviceName() const override { return device; }
+    std::string deviceName() const override { return "/dev/fake0"; }
 
     // --- what the test steers ---
     // The next open (or close) fails and leaves the state as it was.
@@ -44,10 +44,9 @@ class FakeSerialPort : public SerialPort {
     void vanish(std::string reason = "The device went away");
 
     // --- what the test looks at ---
-    std::string device = "/dev/fake0";
     std::vector<std::string> writes;  // each write call, on an open port
     std::string sent;                 // bytes that have left on the line
-    int opens = 0, closes = 0, purges = 0, setupDialogs = 0;
+    int opens = 0, purges = 0;
     bool carrier = false;
     // Runs inside setupDialog: plays the operator's choice.
     std::function<void(SerialPort&)> onSetupDialog;
@@ -55,6 +54,7 @@ class FakeSerialPort : public SerialPort {
   private:
     void post(std::function<void()> fn);
     void postState();
+    void clearLine();
     void postReceive();
     void drainOne();
     void restartDrain();

