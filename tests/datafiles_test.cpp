@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <filesystem>
 #include <fstream>
 
@@ -14,11 +15,14 @@ namespace {
 namespace fs = std::filesystem;
 
 struct DataFiles : ::testing::Test {
-    fs::path root =
-        fs::temp_directory_path() /
-        ("zelvan-data-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-         ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    void SetUp() override { fs::create_directories(root); }
+    fs::path root = fs::temp_directory_path() /
+                    ("zelvan-data-" + std::to_string(::getpid()) +
+                     ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::string bin = (root / "bin").string(), here = (root / "here").string();
+    void SetUp() override {
+        fs::create_directories(bin);
+        fs::create_directories(here);
+    }
     void TearDown() override { fs::remove_all(root); }
     std::string put(const fs::path& rel, const std::string& text = "x") {
         fs::create_directories((root / rel).parent_path());
@@ -27,29 +31,18 @@ struct DataFiles : ::testing::Test {
     }
 };
 
-TEST_F(DataFiles, HelpIndexIsFoundInEitherCaseBesideTheProgramOrInstalled) {
-    const std::string bin = (root / "bin").string();
-    fs::create_directories(bin);
-    EXPECT_EQ(findHelpIndex(bin), (root / "bin/HelpFiles/index.htm").string())
-        << "none: empty page";
-    const std::string installed = put("share/zelvan21/HelpFiles/Index.htm");
-    EXPECT_EQ(findHelpIndex(bin), installed);
-    const std::string beside = put("bin/HelpFiles/index.htm");
-    EXPECT_EQ(findHelpIndex(bin), beside);
-}
-
-TEST_F(DataFiles, ReferenceIsReadFromTheCurrentDirectoryFirst) {
-    const std::string bin = (root / "bin").string();
-    const std::string here = (root / "here").string();
-    fs::create_directories(here);
-    fs::create_directories(bin);
+// Each file found wins over the ones before it.
+TEST_F(DataFiles, BesideTheProgramWinsOverInstalledAndTheCurrentDirectoryOverBoth) {
+    EXPECT_EQ(findHelpIndex(bin), bin + "/HelpFiles/index.htm") << "none: empty page";
     EXPECT_EQ(findAnsiReference(here, bin), here + "/ansi.rtf");
-    const std::string installed = put("share/zelvan21/ansi.rtf");
-    EXPECT_EQ(findAnsiReference(here, bin), installed);
-    const std::string beside = put("bin/ansi.rtf");
-    EXPECT_EQ(findAnsiReference(here, bin), beside);
-    const std::string own = put("here/ansi.rtf");
-    EXPECT_EQ(findAnsiReference(here, bin), own);
+    for (const char* rel : {"share/zelvan21/HelpFiles/Index.htm", "bin/HelpFiles/index.htm"}) {
+        const std::string path = put(rel);
+        EXPECT_EQ(findHelpIndex(bin), path);
+    }
+    for (const char* rel : {"share/zelvan21/ansi.rtf", "bin/ansi.rtf", "here/ansi.rtf"}) {
+        const std::string path = put(rel);
+        EXPECT_EQ(findAnsiReference(here, bin), path);
+    }
 }
 
 TEST_F(DataFiles, SearchListsThePagesWhoseTextHoldsTheWord) {

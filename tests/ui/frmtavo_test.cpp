@@ -1,5 +1,5 @@
-// The main window for real: what the operator sees of queued bytes, and
-// E X I T writing the settings file.
+// The main window for real: what the operator sees of queued bytes, E X I T
+// writing the settings file, and the decoder entry surviving a restart.
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStandardPaths>
 
 #include "core/appshell.h"
 #include "core/frmtavo.h"
@@ -20,40 +19,29 @@ namespace {
 
 struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
-
-    template <typename T>
-    T* child(const char* name) {
-        return window.findChild<T*>(QString::fromLatin1(name));
-    }
 };
 
-TEST_F(MainWindowTest, QueuedBytesArriveInRawInputWithControlBytesInRed) {
+// The status of the shutdown shows at once: the process ends inside
+// exitProgram, before any later refresh could draw.
+TEST_F(MainWindowTest, QueuedBytesShowWithControlBytesInRedAndShutdownShowsItsStatus) {
     window.show();
     for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
     tavo.pollInput();
     EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
     EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
-
-    QPlainTextEdit* pane = child<QPlainTextEdit>("rtbReadHistory");
-    ASSERT_NE(pane, nullptr);
-    QTextCursor cursor(pane->document());
+    QTextCursor cursor(window.findChild<QPlainTextEdit*>("rtbReadHistory")->document());
     cursor.setPosition(3);  // just after "HiM"
     EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
-    cursor.setPosition(2);  // just after "Hi"
+    cursor.setPosition(2);
     EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0));
-}
 
-// The process ends inside exitProgram, before any later refresh could draw.
-TEST_F(MainWindowTest, ShutdownShowsItsStatusAtOnce) {
-    window.show();
     tavo.shell = &shell;
     tavo.exitProgram();
-    EXPECT_EQ(shell.ends, 1);
-    EXPECT_EQ(child<QLabel>("sbStatusPanel1")->text(),
+    EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
               QStringLiteral("Closing input filter. Stand by..."));
 }
 
-TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
+TEST(SettingsFile, ExitWritesTheGeneralSectionInTheUsersConfigFolder) {
     QtDispatch dispatch;
     QtSettingsStore store;
     testing::RecordingTone tone;
@@ -63,6 +51,7 @@ TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
     frmTavo window{tavo, shell};
     tavo.shell = &shell;
     tavo.InputFilterType = 3;
+    tavo.StartupBarker = "One, two<br>\x95 three \xe9";
 
     const QString expected =
         qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
@@ -76,19 +65,10 @@ TEST(SettingsFile, ExitWritesAllSevenKeysUnderGeneralInTheUsersConfigFolder) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
     EXPECT_TRUE(text.startsWith(QStringLiteral("[General]"))) << text.toStdString();
-    for (const char* key : {"BeepOnMessage=false", "DoStartupBarker=true",
-                            "StartupBarker=", "Obfuscate=", "ObfuscateType=0", "InputFilterType=3",
-                            "ExitDisplayTask=1"})
+    for (const char* key : {"BeepOnMessage=false", "DoStartupBarker=true", "Obfuscate=",
+                            "ObfuscateType=0", "InputFilterType=3", "ExitDisplayTask=1"})
         EXPECT_TRUE(text.contains(QString::fromLatin1(key), Qt::CaseInsensitive)) << key;
-}
-
-TEST(SettingsFile, TextWithCommasAndHighBytesComesBackWhole) {
-    QtSettingsStore store;
-    store.set("General", "StartupBarker", "One, two<br>\x95 three \xe9");
-    store.sync();
-    QtSettingsStore again;
-    EXPECT_EQ(again.get("General", "StartupBarker", ""), "One, two<br>\x95 three \xe9");
-    EXPECT_EQ(again.get("DWPort", "baud", "9600"), "9600");
+    EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
 
 // The entry switches the decoder both line-21 filters share and saves the
