@@ -6,19 +6,6 @@ namespace zelvan {
 
 namespace {
 
-void appendUtf8(std::string& out, char32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
-
 std::string trimmed(const std::string& s) {
     const auto first = s.find_first_not_of(' ');
     if (first == std::string::npos) return {};
@@ -28,7 +15,7 @@ std::string trimmed(const std::string& s) {
 std::string toUtf8(const std::string& signBytes) {
     std::string out;
     for (unsigned char b : signBytes)
-        appendUtf8(out, b == kSignMusicNote ? U'\u266A' : codepage::toUnicode(b));
+        codepage::appendUtf8(out, b == kSignMusicNote ? U'\u266A' : codepage::toUnicode(b));
     return out;
 }
 

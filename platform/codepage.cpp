@@ -2,8 +2,6 @@
 
 namespace zelvan::codepage {
 
-namespace {
-
 void appendUtf8(std::string& out, char32_t c) {
     if (c < 0x80) {
         out += static_cast<char>(c);
@@ -16,8 +14,6 @@ void appendUtf8(std::string& out, char32_t c) {
         out += static_cast<char>(0x80 | (c & 0x3F));
     }
 }
-
-}  // namespace
 
 std::string toUtf8(const std::string& bytes) {
     std::string out;

@@ -45,5 +45,7 @@ inline constexpr std::uint8_t kReplacement = '?';
 // UTF-8 at the edges that speak it (files of tests, terminals).
 std::string toUtf8(const std::string& bytes);
 std::string fromUtf8(const std::string& utf8);
+// Adds one character of the Basic Multilingual Plane as UTF-8.
+void appendUtf8(std::string& out, char32_t c);
 
 }  // namespace zelvan::codepage

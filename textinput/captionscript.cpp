@@ -94,19 +94,6 @@ bool isValidUtf8(std::string_view s) {
     return true;
 }
 
-void appendUtf8(std::string& out, char32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
-
 struct NamedEntity {
     std::string_view name;
     char32_t unicode;
@@ -150,12 +137,12 @@ std::size_t decodeEntity(std::string_view s, std::string& out) {
         if (c == 0)
             out += static_cast<char>(codepage::kReplacement);
         else
-            appendUtf8(out, c);
+            codepage::appendUtf8(out, c);
         return end + 1;
     }
     for (const NamedEntity& e : kEntities) {
         if (e.name != name) continue;
-        appendUtf8(out, e.unicode);
+        codepage::appendUtf8(out, e.unicode);
         return end + 1;
     }
     return 0;
