@@ -88,18 +88,20 @@ TEST(Demo, PrintsEachCaptionOfARecordingAsTheReflectorShowsItAtItsTime) {
     ASSERT_GT(demo.pid, 0);
     const std::string last = "Test \xC2\xBD Caption / Test  test  Captions";
     ASSERT_TRUE(demo.readUntil(last, 60000)) << demo.printed;
-    // In order, and each shortly after its end-of-caption word went in.
+    // In order, and each shortly after its end-of-caption word went in. At
+    // fifty times the pace a tenth of a second of a busy machine is five
+    // seconds of the recording, so lateness gets twenty.
     const double horn = demo.timeOf("( horn ho)");
     const double hey = demo.timeOf(
         "HEY, THE\xC2\xAE"
         "E.");
     const double test = demo.timeOf(last);
     EXPECT_GT(horn, 0.5);
-    EXPECT_LT(horn, 5.0);
+    EXPECT_LT(horn, 25.0);
     EXPECT_GT(hey, 35.0);
-    EXPECT_LT(hey, 40.0);
+    EXPECT_LT(hey, 60.0);
     EXPECT_GT(test, 518.0);
-    EXPECT_LT(test, 523.0);
+    EXPECT_LT(test, 543.0);
     EXPECT_EQ(demo.interrupt(), 0);
 }
 
