@@ -74,6 +74,7 @@ TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {
     console.setLinesText("1");
     EXPECT_EQ(console.scrollLines(), 3);
     console.setBox(ConsoleBox::Sunrise, true);
+    EXPECT_EQ(console.scrollLines(), 3);
     EXPECT_EQ(console.engine().iLines, 3);
     EXPECT_EQ(console.linesText(), "3");
 }

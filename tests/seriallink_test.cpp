@@ -37,6 +37,7 @@ TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
     rig.store.set("L21Port", "databits", "8x");
     rig.store.set("L21Port", "stopbits", std::to_string(stopbits::kOneAndHalf));
     rig.store.set("DWPort", "parity", "");
+    rig.store.set("DWPort", "baud", "99999999999");
     rig.store.set("DWPort", "stopbits", std::to_string(stopbits::kTwo));
     for (auto [profile, text] : {std::pair{&kL21Link, "3:1200,e,7,1.5"},
                                  {&kAsciiLink, "1:9600,n,8,1"},

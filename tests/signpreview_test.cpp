@@ -127,7 +127,7 @@ TEST_F(SignPreviewTest, BoardFramesShowWhichBoardAndWhetherReversed) {
 TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     const std::string stream = "junk" + bytes({1, 0x20, 0x21, 0x3F, 'A', 'B', 1}) +
                                bytes({1, 1, 0x20, 0x7F, 0x2F, 1}) +  // a stray 01 in front
-                               bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1}) +
+                               bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1, 1, 0x20, 0x7F, 0x7E, 0x20, 1}) +
                                bytes({1, 0x20, 0x7F, 0x99, 1, 1, 0x55, 1});
     SignModel whole;
     whole.feed(stream);
@@ -138,7 +138,7 @@ TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     EXPECT_EQ(preview.model().dump(), whole.dump());
     EXPECT_EQ(cell(SignSide::Face, 1, 31), mirrored(ledGlyph('A')));
     EXPECT_EQ(preview.status(),
-              "Rear board, reversed text, dim, 3 frames, 2 broken frames, 5 stray bytes, "
+              "Rear board, reversed text, dim, 4 frames, 2 broken frames, 5 stray bytes, "
               "1 character off the row");
 }
 
