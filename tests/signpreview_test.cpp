@@ -73,10 +73,9 @@ TEST_F(SignPreviewTest, EveryWindows1252CharacterHasAGlyphAndControlBytesShowAsA
             code == 0x81 || code == 0x8D || code == 0x8F || code == 0x90 || code == 0x9D;
         EXPECT_EQ(ledGlyph(static_cast<std::uint8_t>(code)) == kMissingGlyph, undefined) << code;
     }
-    sign.bReverse = false;
-    sign.writeLine(std::string("x\x02", 2), 1, 1);
-    refresh();
-    EXPECT_EQ(cell(SignSide::Reflector, 0, 30), kMissingGlyph);
+    preview.written(bytes({1, 0x20, 0x20, 0x20, 'x', 2, 1}));
+    preview.refresh();
+    EXPECT_EQ(cell(SignSide::Face, 0, 1), mirrored(kMissingGlyph));
 }
 
 TEST_F(SignPreviewTest, DimEraseAndBrightFollowTheFrames) {
