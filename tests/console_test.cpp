@@ -74,6 +74,7 @@ TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {
     console.setLinesText("1");
     EXPECT_EQ(console.scrollLines(), 3);
     console.setBox(ConsoleBox::Sunrise, true);
+    EXPECT_EQ(console.scrollLines(), 3);
     EXPECT_EQ(console.engine().iLines, 3);
     EXPECT_EQ(console.linesText(), "3");
 }
@@ -97,13 +98,11 @@ TEST_F(ConsoleTest, ShowFormOnAFailingPortTellsOnceThenRemindsPerFrame) {
     port.failNextOpen();
     console.showForm();
     EXPECT_EQ(linkView.boxes.size(), 1u);
-    EXPECT_FALSE(view.boxes[static_cast<std::size_t>(ConsoleBox::Filter)]);
     EXPECT_FALSE(console.engine().bFilterOn);
-    EXPECT_EQ(linkView.notice, kOpenPortFirst);
     // The filter box's reminder, then one per frame of the startup caption
     // (three cleared rows, three lines); each a double beep.
+    EXPECT_EQ(linkView.notice, kOpenPortFirst);
     EXPECT_EQ(rig.tone.tones.size(), 14u);
-    EXPECT_TRUE(port.writes.empty());
 }
 
 // A lost device stops the output, so captions don't beep once per frame.

@@ -73,10 +73,9 @@ TEST_F(SignPreviewTest, EveryWindows1252CharacterHasAGlyphAndControlBytesShowAsA
             code == 0x81 || code == 0x8D || code == 0x8F || code == 0x90 || code == 0x9D;
         EXPECT_EQ(ledGlyph(static_cast<std::uint8_t>(code)) == kMissingGlyph, undefined) << code;
     }
-    sign.bReverse = false;
-    sign.writeLine(std::string("x\x02", 2), 1, 1);
-    refresh();
-    EXPECT_EQ(cell(SignSide::Reflector, 0, 30), kMissingGlyph);
+    preview.written(bytes({1, 0x20, 0x20, 0x20, 'x', 2, 1}));
+    preview.refresh();
+    EXPECT_EQ(cell(SignSide::Face, 0, 1), mirrored(kMissingGlyph));
 }
 
 TEST_F(SignPreviewTest, DimEraseAndBrightFollowTheFrames) {
@@ -127,7 +126,7 @@ TEST_F(SignPreviewTest, BoardFramesShowWhichBoardAndWhetherReversed) {
 TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     const std::string stream = "junk" + bytes({1, 0x20, 0x21, 0x3F, 'A', 'B', 1}) +
                                bytes({1, 1, 0x20, 0x7F, 0x2F, 1}) +  // a stray 01 in front
-                               bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1}) +
+                               bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1, 1, 0x20, 0x7F, 0x7E, 0x20, 1}) +
                                bytes({1, 0x20, 0x7F, 0x99, 1, 1, 0x55, 1});
     SignModel whole;
     whole.feed(stream);
@@ -138,7 +137,7 @@ TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     EXPECT_EQ(preview.model().dump(), whole.dump());
     EXPECT_EQ(cell(SignSide::Face, 1, 31), mirrored(ledGlyph('A')));
     EXPECT_EQ(preview.status(),
-              "Rear board, reversed text, dim, 3 frames, 2 broken frames, 5 stray bytes, "
+              "Rear board, reversed text, dim, 4 frames, 2 broken frames, 5 stray bytes, "
               "1 character off the row");
 }
 

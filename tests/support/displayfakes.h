@@ -1,8 +1,5 @@
 #pragma once
-// Test helpers of the display output: raw bytes from codes, the readable
-// notation written with "^" for the escape byte "û", short names for frames, a
-// filter whose 15 rows a test writes directly, and an engine over that filter
-// writing to a recording link.
+// Test helpers of the display output; "^" stands for the escape byte "û".
 
 #include <array>
 #include <initializer_list>

@@ -1,8 +1,6 @@
 #pragma once
-// A serial port for the logic tests, on the test's event dispatch: the test
-// makes opens and closes fail, delivers received bytes, lets written bytes
-// drain at a pace on virtual time, changes the carrier and pulls the device.
-// Events are posted like the real component's, so they run in a later yield.
+// A serial port for the logic tests on the test's event dispatch. Events are
+// posted like the real component's, so they run in a later yield.
 
 #include <deque>
 #include <memory>
@@ -30,7 +28,6 @@ class FakeSerialPort : public SerialPort {
     void setupDialog() override;
     std::string deviceName() const override { return "/dev/fake0"; }
 
-    // --- what the test steers ---
     // The next open (or close) fails and leaves the state as it was.
     void failNextOpen(std::string reason = "No such file or directory");
     void failNextClose(std::string reason = "Input/output error");
@@ -43,7 +40,6 @@ class FakeSerialPort : public SerialPort {
     // The device goes away: the port closes, onLost and onState(0) follow.
     void vanish(std::string reason = "The device went away");
 
-    // --- what the test looks at ---
     std::vector<std::string> writes;  // each write call, on an open port
     std::string sent;                 // bytes that have left on the line
     int opens = 0, purges = 0;

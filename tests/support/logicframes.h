@@ -1,7 +1,6 @@
 #pragma once
-// The frames the program's logic sends to the sign for a line-21 stream that
-// comes from a decoder box: the reference that the real program's output is
-// held against, whatever road the bytes take into it.
+// The frames the program's logic sends to the sign for a decoder box's line-21
+// stream: the reference the real program's output is held against.
 
 #include <string>
 
@@ -35,9 +34,7 @@ struct ConsoleOutput : DisplayOutput {
     DisplayConsole& console;
 };
 
-// The frames the program's logic sends for the stream, after its start-up
-// caption: the decoder window's receive path and the display console, on
-// virtual time, over fake ports.
+// After the start-up caption; on virtual time, over fake ports.
 inline std::string logicFrames(const std::string& stream) {
     QuietProgram program;
     Tavo& tavo = program.tavo;

@@ -1,7 +1,6 @@
 #pragma once
-// A serial link's window, recorded: its messages, captions and notices, and
-// in `calls` the messages and setup captions in the order they came. The
-// decoder's window records its own calls and panes through the same base.
+// A serial link's window, recorded; `calls` keeps messages and setup captions
+// in order. The decoder's window records through the same base.
 
 #include <string>
 #include <vector>
@@ -38,8 +37,6 @@ struct RecordingLinkViewOf : View {
 
 using RecordingLinkView = RecordingLinkViewOf<SerialLinkView>;
 
-// The window as the logic sees it, recorded: what it was asked in order, and
-// what its panes show now.
 struct RecordingL21SerialView : RecordingLinkViewOf<L21SerialView> {
     void placeWindow() override { calls.push_back("place"); }
     void showWindow() override {

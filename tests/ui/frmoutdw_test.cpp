@@ -50,7 +50,7 @@ TEST_F(DisplayWindowTest, ShowFormOpensTheLineAndHideFormClosesIt) {
     EXPECT_TRUE(waitFor([&] {
         return child<QPlainTextEdit>("tbPending")->toPlainText() == QStringLiteral("HELLO \u2022");
     }));
-    EXPECT_FALSE(sign.take().empty());
+    EXPECT_TRUE(waitFor([&] { return !sign.take().empty(); }));
     window->hideForm();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(window->console().isPortOpen());

@@ -148,8 +148,7 @@ TEST_F(QtLinkTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
 
     SerialLink link(kAsciiLink, port, tavo, view);
     link.openPort();
-    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
-    ASSERT_TRUE(waitFor([&] { return view.openCaption == "Close"; }));
+    ASSERT_TRUE(waitFor([&] { return view.openCaption == "Close"; })) << port.lastError();
 
     pty.hangUp();
     QFile::remove(QString::fromStdString(alias));
@@ -163,7 +162,6 @@ TEST_F(QtLinkTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
     testing::settle(300);
     EXPECT_LT(cpuMs() - before, 150);
     EXPECT_EQ(view.alerts.size(), 1u);
-    EXPECT_TRUE(view.boxes.empty());
 
     link.openPort();  // still gone: the plain message, with the reason
     ASSERT_EQ(view.boxes.size(), 1u);
