@@ -48,7 +48,7 @@ void VirtualDispatch::post(std::function<void()> fn) {
 }
 
 void VirtualDispatch::postAt(long long atMs, std::function<void()> fn) {
-    m_scheduled.emplace(atMs, Scheduled{atMs, m_seq++, std::move(fn)});
+    m_scheduled.emplace(atMs, std::move(fn));
 }
 
 std::unique_ptr<Timer> VirtualDispatch::makeTimer(std::function<void()> onFire) {
@@ -73,7 +73,7 @@ bool VirtualDispatch::runDue() {
     std::deque<std::function<void()>> batch;
     batch.swap(m_posted);
     while (!m_scheduled.empty() && m_scheduled.begin()->first <= m_now) {
-        batch.push_back(std::move(m_scheduled.begin()->second.fn));
+        batch.push_back(std::move(m_scheduled.begin()->second));
         m_scheduled.erase(m_scheduled.begin());
     }
     for (auto& fn : batch) {

@@ -35,21 +35,14 @@ class VirtualDispatch : public EventDispatch {
   private:
     class VTimer;
     friend class VTimer;
-    struct Scheduled {
-        long long at;
-        long long seq;
-        std::function<void()> fn;
-    };
-
     bool runDue();
     long long nextDeadline() const;
     void fireTimersDue();
 
     long long m_now = 0;
-    long long m_seq = 0;
     long long m_yields = 0;
     std::deque<std::function<void()>> m_posted;
-    std::multimap<long long, Scheduled> m_scheduled;
+    std::multimap<long long, std::function<void()>> m_scheduled;  // equal times keep their order
     std::vector<VTimer*> m_timers;
 };
 
