@@ -1,4 +1,6 @@
-// The program's start and its orderly end, with the windows faked.
+// The program's start and its orderly end with the windows faked, and the
+// section "General" it reads and saves: defaults, text forms, the startup
+// caption's split into lines.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +11,60 @@ namespace {
 
 using testing::Log;
 using testing::Rig;
+
+// The seven values, in the order of the section.
+std::string values(const Tavo& t) {
+    return std::to_string(t.BeepOnMessage) + " " + std::to_string(t.DoStartupBarker) + " |" +
+           t.StartupBarker + "| " + std::to_string(t.Obfuscate) + " " +
+           std::to_string(t.ObfuscateType) + " " + std::to_string(t.InputFilterType) + " " +
+           std::to_string(t.ExitDisplayTask);
+}
+
+// Missing or unreadable text keeps the default, numeric booleans count, and
+// what is saved comes back as it was.
+TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
+    Rig rig;
+    Tavo& tavo = rig.tavo;
+    const std::string barker = kDefaultStartupBarker;
+    tavo.loadSettings();
+    EXPECT_EQ(values(tavo), "0 1 |" + barker + "| 0 0 1 1");
+    for (auto [key, text] : {std::pair{"BeepOnMessage", "7"},
+                             {"DoStartupBarker", "0"},
+                             {"Obfuscate", "maybe"},
+                             {"InputFilterType", "2x"},
+                             {"ExitDisplayTask", "40000"},  // beyond 16 bits
+                             {"ObfuscateType", "-1"}})      // out of its table, but used as read
+        rig.store.set("General", key, text);
+    tavo.loadSettings();
+    EXPECT_EQ(values(tavo), "1 0 |" + barker + "| 0 -1 1 1");
+
+    tavo.Obfuscate = true;
+    tavo.StartupBarker = "One<br>\x95 Two \x95";
+    tavo.InputFilterType = 3;
+    tavo.ExitDisplayTask = 0;
+    tavo.saveSettings();
+    EXPECT_EQ(tavo.barkerLineCount, 2) << "saving splits the caption again at once";
+    Tavo fresh(rig.dispatch, rig.store, rig.tone);
+    fresh.loadSettings();
+    EXPECT_EQ(values(fresh), values(tavo));
+}
+
+// Pieces are trimmed, empty ones take no slot, the tag's case counts and the
+// sign's three rows take the first three.
+TEST(Settings, StartupCaptionSplitsIntoAtMostThreeLines) {
+    Rig rig;
+    for (auto [caption, lines] : {std::pair{"   ", ""},
+                                  {"  A  <br>  B  ", "A|B|"},
+                                  {"<br>A<br><br>B<br>", "A|B|"},
+                                  {"A<BR>B", "A<BR>B|"},
+                                  {"A<br>B<br>C<br>D<br>E", "A|B|C|"}}) {
+        rig.tavo.StartupBarker = caption;
+        rig.tavo.splitStartupBarker();
+        std::string got;
+        for (int i = 0; i < rig.tavo.barkerLineCount; ++i) got += rig.tavo.barkerLines[i] + "|";
+        EXPECT_EQ(got, lines) << caption;
+    }
+}
 
 TEST(Startup, FirstStartComesUpInOrderAndCapturesOnTheSerialDecoder) {
     Rig rig;
@@ -25,48 +81,29 @@ TEST(Startup, FirstStartComesUpInOrderAndCapturesOnTheSerialDecoder) {
     EXPECT_EQ(rig.tavo.rawQueueIn, 1) << "the ring starts empty";
 }
 
-// The board comes back as the board filter; the ASCII input selects nothing
-// and is written back as it was.
-TEST(Startup, StoredFilterTypeSelectsItsFilter) {
-    for (auto [type, lastStep] : {std::pair{"2", "L21USB.showForm"}, {"3", "display.showForm"}}) {
-        Rig rig;
-        rig.store.set("General", "InputFilterType", type);
-        rig.tavo.startup(rig.shell);
-        EXPECT_EQ(rig.log.back(), lastStep);
-        EXPECT_EQ(rig.view().option, *type == '2' ? FilterKind::L21USB : FilterKind::TDS);
-        rig.tavo.saveSettings();
-        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), type);
-    }
-}
-
-TEST(Startup, ShutdownActsOnTheDisplayThenClosesEverythingAndSaves) {
-    for (auto [task, displayAction] :
-         {std::pair{"0", ""}, {"1", "display.showStartupBarker(true)"}, {"2", "display.DWErase"}}) {
+// The stored filter comes back selected (the ASCII input selects nothing and
+// is written back as it was); at the end the display does its task, then
+// everything closes and the settings are saved.
+TEST(Startup, StoredFilterComesBackAndShutdownActsOnTheDisplayThenCloses) {
+    for (auto [type, task, displayAction] : {std::tuple{"2", "0", ""},
+                                             {"3", "1", "display.showStartupBarker(true)"},
+                                             {"2", "2", "display.DWErase"}}) {
         Rig rig;
         rig.store.set("General", "ExitDisplayTask", task);
-        rig.store.set("General", "InputFilterType", "2");
+        rig.store.set("General", "InputFilterType", type);
         rig.tavo.startup(rig.shell);
+        const bool board = *type == '2';
+        EXPECT_EQ(rig.view().option, board ? FilterKind::L21USB : FilterKind::TDS);
         rig.log.clear();
         rig.tavo.exitProgram();
-        Log want;
-        if (*displayAction) want.push_back(displayAction);
-        for (const char* step :
-             {"busy", "display.hideForm", "L21USB.hideForm", "idle", "endProcess"})
-            want.push_back(step);
+        Log want{"busy", "display.hideForm", "idle", "endProcess"};
+        if (board) want.insert(want.begin() + 2, "L21USB.hideForm");
+        if (*displayAction) want.insert(want.begin(), displayAction);
         EXPECT_EQ(rig.log, want) << task;
         EXPECT_EQ(rig.view().status, "Closing input filter. Stand by...");
+        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), type);
         EXPECT_TRUE(rig.store.has("General", "BeepOnMessage"));
     }
-}
-
-TEST(Startup, ASecondExitDuringTheYieldsRunsAgainInsideTheFirst) {
-    Rig rig;
-    rig.store.set("General", "InputFilterType", "3");
-    rig.tavo.startup(rig.shell);
-    rig.dispatch.post([&] { rig.tavo.exitProgram(); });
-    rig.tavo.exitProgram();
-    EXPECT_EQ(rig.shell.ends, 2);  // the real shell ends the process at the first of these
-    EXPECT_EQ(std::count(rig.log.begin(), rig.log.end(), "display.showStartupBarker(true)"), 2);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// The display window for real, its port on a pseudo-terminal: the controls
-// that need the widgets. The frames themselves are checked in the console's
-// and the program's own end-to-end tests.
+// The display window for real, its port on a pseudo-terminal, the sign preview
+// on a fake port, and the deferred refresh their widgets use. The frames
+// themselves are checked in the console's and the program's own tests.
 
 #include <gtest/gtest.h>
 #include <QCheckBox>
@@ -8,10 +8,14 @@
 #include <QPushButton>
 
 #include "display/frmoutdw.h"
+#include "display/frmsignpreview.h"
+#include "platform/deferredrefresh.h"
 #include "platform/devicemap.h"
 #include "support/displayfakes.h"
+#include "support/fakeserialport.h"
 #include "support/pty.h"
 #include "support/qtrig.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
@@ -40,43 +44,92 @@ struct DisplayWindowTest : ::testing::Test, testing::QtRig {
     }
 };
 
-// The pending box shows the caption in the window's code page.
-TEST_F(DisplayWindowTest, ShowFormOpensTheLineAndHideFormClosesIt) {
+// The boxes come up as the console sets them; on a closed port the filter box
+// gives the notice and stays unticked. Then the line opens: the pending box
+// shows the caption in the window's code page, and the operator's edit wins
+// over a refresh asked for before it.
+TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
+    window->show();
+    for (auto [name, ticked] : {std::pair{"chkRevOnCD", true},
+                                {"chkInput", true},
+                                {"chkReverse", true},
+                                {"chkFilter", false},
+                                {"chkSunrise", false},
+                                {"chkRollup", false}})
+        EXPECT_EQ(child<QCheckBox>(name)->isChecked(), ticked) << name;
+    child<QPushButton>("cmdBright")->click();
+    EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
+    child<QCheckBox>("chkFilter")->click();
+    EXPECT_FALSE(child<QCheckBox>("chkFilter")->isChecked());
+    EXPECT_TRUE(sign.take().empty());
+
     window->showForm();
-    EXPECT_TRUE(window->isVisible());
     EXPECT_TRUE(waitFor([&] { return child<QPushButton>("cmdPortOutOpen")->text() == "Close"; }));
     filter.rows[15] = "HELLO \x95";
     window->doInput(kStyleRows, "");
-    EXPECT_TRUE(waitFor([&] {
-        return child<QPlainTextEdit>("tbPending")->toPlainText() == QStringLiteral("HELLO \u2022");
-    }));
+    auto* box = child<QPlainTextEdit>("tbPending");
+    EXPECT_TRUE(waitFor([&] { return box->toPlainText() == QStringLiteral("HELLO \u2022"); }));
     EXPECT_TRUE(waitFor([&] { return !sign.take().empty(); }));
+    filter.rows[15] = "FROM THE CAPTION";
+    window->doInput(kStyleRows, "");
+    box->setPlainText(QStringLiteral("typed by hand"));
+    testing::settle(2 * DeferredRefresh::kIntervalMs);
+    EXPECT_EQ(box->toPlainText(), QStringLiteral("typed by hand"));
+    EXPECT_EQ(window->console().pendingText(), "typed by hand");
+
     window->hideForm();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(window->console().isPortOpen());
 }
 
-// A refresh asked for before the operator's edit must not bring older text back.
-TEST_F(DisplayWindowTest, TheOperatorsEditOfThePendingBoxWins) {
+struct SignPreviewWindowTest : ::testing::Test, testing::QtRig {
+    FakeSerialPort port{dispatch};
+    testing::RecordingLinkView view;
+    SerialLink link{kDisplayLink, port, tavo, view};
+};
+
+TEST_F(SignPreviewWindowTest, FollowsTheLinkOnItsOwnTimerAndKeepsItsPlace) {
+    const auto stored = [&](const char* key) { return store.get("SignPreview", key, ""); };
+    for (auto [key, value] :
+         {std::pair{"left", "40"}, {"top", "50"}, {"width", "700"}, {"height", "300"}})
+        store.set("SignPreview", key, value);
+    link.openPort();
+    auto window = std::make_unique<frmSignPreview>(link, store);
+    EXPECT_EQ(window->geometry(), QRect(40, 50, 700, 300));
+
+    link.write(std::string("\x01\x20\x7F\x2F\x01", 5));  // dim
+    EXPECT_TRUE(waitFor([&] { return window->statusText().contains(QStringLiteral("dim")); }));
+
     window->show();
-    filter.rows[15] = "FROM THE CAPTION";
-    window->doInput(kStyleRows, "");
-    auto* box = child<QPlainTextEdit>("tbPending");
-    box->setPlainText(QStringLiteral("typed by hand"));
-    testing::settle(2 * DeferredRefresh::kIntervalMs);
-    EXPECT_EQ(box->toPlainText(), QStringLiteral("typed by hand"));
-    EXPECT_EQ(window->console().pendingText(), "typed by hand");
+    window->resize(640, 280);
+    window->move(10, 20);
+    EXPECT_TRUE(waitFor([&] { return stored("left") == "10" && stored("top") == "20"; }));
+    EXPECT_EQ(stored("width") + "x" + stored("height"), "640x280");
+
+    window.reset();
+    link.write("after the window went");  // the tap went with it
+    EXPECT_EQ(port.writes.size(), 2u);
 }
 
-// The buttons reach the link's notice and the console's filter box.
-TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeInTheWindow) {
-    window->show();
-    child<QPushButton>("cmdBright")->click();
-    EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
-    QCheckBox* filterBox = child<QCheckBox>("chkFilter");
-    filterBox->click();
-    EXPECT_FALSE(filterBox->isChecked());
-    EXPECT_TRUE(sign.take().empty());
+// A burst makes one update of each widget, a read-back takes it at once, and
+// a widget that is gone is never touched.
+TEST(DeferredRefreshTest, ABurstMakesOneUpdateOfEachWidgetAndNoneOfOneGone) {
+    int pane = 0, label = 0, gone = 0;
+    DeferredRefresh paneRefresh([&] { ++pane; }), labelRefresh([&] { ++label; });
+    auto goneRefresh = std::make_unique<DeferredRefresh>([&] { ++gone; });
+    for (int i = 0; i < 50; ++i) {
+        paneRefresh.request();
+        labelRefresh.request();
+        goneRefresh->request();
+    }
+    goneRefresh.reset();
+    ASSERT_TRUE(waitFor([&] { return pane + label > 0; }));
+    EXPECT_EQ(pane * 10 + label, 11);  // both in the same turn
+    paneRefresh.request();
+    paneRefresh.flush();
+    EXPECT_EQ(pane, 2);
+    testing::settle(DeferredRefresh::kIntervalMs * 2);
+    EXPECT_EQ(pane * 100 + label * 10 + gone, 210);
 }
 
 }  // namespace
