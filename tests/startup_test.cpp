@@ -66,42 +66,35 @@ TEST(Settings, StartupCaptionSplitsIntoAtMostThreeLines) {
     }
 }
 
-TEST(Startup, FirstStartComesUpInOrderAndCapturesOnTheSerialDecoder) {
-    Rig rig;
-    rig.tavo.rawQueueIn = 9;
-    rig.shell.onMake = [&](FilterKind kind, testing::FakeFilter& f) {
-        if (kind == FilterKind::L21Serial)
-            f.onShow = [&] { rig.log.push_back(rig.tavo.bInL21Serial ? "flag up" : "flag down"); };
-    };
-    rig.tavo.startup(rig.shell);
-    EXPECT_EQ(rig.log, (Log{"busy", "splash", "idle", "mainWindow", "display.showForm",
-                            "L21Serial.showForm", "flag up"}));
-    EXPECT_EQ(rig.view().outDW, 1);
-    EXPECT_EQ(rig.view().option, FilterKind::L21Serial);
-    EXPECT_EQ(rig.tavo.rawQueueIn, 1) << "the ring starts empty";
-}
-
-// The stored filter comes back selected (the ASCII input selects nothing and
-// is written back as it was); at the end the display does its task, then
-// everything closes and the settings are saved.
-TEST(Startup, StoredFilterComesBackAndShutdownActsOnTheDisplayThenCloses) {
-    for (auto [type, task, displayAction] : {std::tuple{"2", "0", ""},
-                                             {"3", "1", "display.showStartupBarker(true)"},
-                                             {"2", "2", "display.DWErase"}}) {
+// A first start captures on the serial decoder; a stored filter comes back
+// (the ASCII input selects nothing and is written back as it was). At the
+// end the display does its task, then everything closes and saves.
+TEST(Startup, StartsWithTheStoredFilterAndEndsActingOnTheDisplayThenClosing) {
+    using K = FilterKind;
+    for (auto [type, task, displayAction, filter, kind] :
+         {std::tuple{"", "", "display.showStartupBarker(true)", "L21Serial", K::L21Serial},
+          {"2", "0", "", "L21USB", K::L21USB},
+          {"3", "2", "display.DWErase", "", K::TDS}}) {
         Rig rig;
-        rig.store.set("General", "ExitDisplayTask", task);
-        rig.store.set("General", "InputFilterType", type);
+        if (*type) rig.store.set("General", "InputFilterType", type);
+        if (*task) rig.store.set("General", "ExitDisplayTask", task);
+        rig.tavo.rawQueueIn = 9;
         rig.tavo.startup(rig.shell);
-        const bool board = *type == '2';
-        EXPECT_EQ(rig.view().option, board ? FilterKind::L21USB : FilterKind::TDS);
+        Log want{"busy", "splash", "idle", "mainWindow", "display.showForm"};
+        if (*filter) want.push_back(std::string(filter) + ".showForm");
+        EXPECT_EQ(rig.log, want) << type;
+        EXPECT_EQ(rig.view().option, kind);
+        EXPECT_EQ(rig.view().outDW, 1);
+        EXPECT_EQ(rig.tavo.rawQueueIn, 1) << "the ring starts empty";
+
         rig.log.clear();
         rig.tavo.exitProgram();
-        Log want{"busy", "display.hideForm", "idle", "endProcess"};
-        if (board) want.insert(want.begin() + 2, "L21USB.hideForm");
+        want = {"busy", "display.hideForm", "idle", "endProcess"};
+        if (*filter) want.insert(want.begin() + 2, std::string(filter) + ".hideForm");
         if (*displayAction) want.insert(want.begin(), displayAction);
-        EXPECT_EQ(rig.log, want) << task;
+        EXPECT_EQ(rig.log, want) << type;
         EXPECT_EQ(rig.view().status, "Closing input filter. Stand by...");
-        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), type);
+        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), *type ? type : "1");
         EXPECT_TRUE(rig.store.has("General", "BeepOnMessage"));
     }
 }

@@ -1,12 +1,16 @@
-// The display window for real, its port on a pseudo-terminal, the sign preview
-// on a fake port, and the deferred refresh their widgets use. The frames
-// themselves are checked in the console's and the program's own tests.
+// The display window for real, its port on a pseudo-terminal; the sign preview
+// from the menu and on a fake port; the deferred refresh their widgets use.
+// The frames themselves are checked in the console's and end-to-end tests.
 
 #include <gtest/gtest.h>
+#include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "core/appshell.h"
+#include "core/frmtavo.h"
 #include "display/frmoutdw.h"
 #include "display/frmsignpreview.h"
 #include "platform/deferredrefresh.h"
@@ -82,32 +86,44 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     EXPECT_FALSE(window->console().isPortOpen());
 }
 
-struct SignPreviewWindowTest : ::testing::Test, testing::QtRig {
-    FakeSerialPort port{dispatch};
-    testing::RecordingLinkView view;
-    SerialLink link{kDisplayLink, port, tavo, view};
-};
-
-TEST_F(SignPreviewWindowTest, FollowsTheLinkOnItsOwnTimerAndKeepsItsPlace) {
-    const auto stored = [&](const char* key) { return store.get("SignPreview", key, ""); };
+// The preview opens from the main window's menu where it was left, and keeps
+// its size and place.
+TEST(SignPreviewWindow, OpensFromTheMenuWhereItWasLeftAndKeepsItsPlace) {
+    testing::QtRig rig;
+    const auto stored = [&](const char* key) { return rig.store.get("SignPreview", key, ""); };
     for (auto [key, value] :
-         {std::pair{"left", "40"}, {"top", "50"}, {"width", "700"}, {"height", "300"}})
-        store.set("SignPreview", key, value);
-    link.openPort();
-    auto window = std::make_unique<frmSignPreview>(link, store);
-    EXPECT_EQ(window->geometry(), QRect(40, 50, 700, 300));
+         {std::pair{"left", "40"}, {"top", "50"}, {"width", "900"}, {"height", "400"}})
+        rig.store.set("SignPreview", key, value);
+    std::unique_ptr<DisplayOutput> display;  // outlives the shell, which holds the preview
+    AppShell shell;
+    shell.showMainWindow(rig.tavo);
+    const std::unique_ptr<frmTavo> main(shell.mainWindow());
+    display = shell.makeDisplay(rig.tavo);
+    for (QAction* a : main->findChildren<QAction*>())
+        if (a->text() == QStringLiteral("&Sign Preview")) a->trigger();
+    frmSignPreview* preview = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* p = dynamic_cast<frmSignPreview*>(w); p && p->isVisible()) preview = p;
+    ASSERT_NE(preview, nullptr);
+    EXPECT_EQ(QRect(preview->pos(), preview->size()), QRect(40, 50, 900, 400));
+    preview->resize(800, 380);
+    preview->move(10, 20);
+    EXPECT_TRUE(waitFor([&] { return stored("left") == "10" && stored("top") == "20"; }));
+    EXPECT_EQ(stored("width") + "x" + stored("height"), "800x380");
+}
 
+// It follows what the link writes on its own timer, and untaps as it goes.
+TEST(SignPreviewWindow, FollowsTheLinkUntilItGoes) {
+    testing::QtRig rig;
+    FakeSerialPort port{rig.dispatch};
+    testing::RecordingLinkView view;
+    SerialLink link{kDisplayLink, port, rig.tavo, view};
+    link.openPort();
+    auto window = std::make_unique<frmSignPreview>(link, rig.store);
     link.write(std::string("\x01\x20\x7F\x2F\x01", 5));  // dim
     EXPECT_TRUE(waitFor([&] { return window->statusText().contains(QStringLiteral("dim")); }));
-
-    window->show();
-    window->resize(640, 280);
-    window->move(10, 20);
-    EXPECT_TRUE(waitFor([&] { return stored("left") == "10" && stored("top") == "20"; }));
-    EXPECT_EQ(stored("width") + "x" + stored("height"), "640x280");
-
     window.reset();
-    link.write("after the window went");  // the tap went with it
+    link.write("after the window went");
     EXPECT_EQ(port.writes.size(), 2u);
 }
 

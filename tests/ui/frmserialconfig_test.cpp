@@ -15,21 +15,15 @@
 namespace zelvan {
 namespace {
 
-struct SerialConfigTest : ::testing::Test {
+// Cancel leaves all alone; OK writes every list, maps the device typed in
+// (a default device stays unwritten), renews the caption and closes.
+TEST(SerialConfig, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
     testing::Rig rig;
     FakeSerialPort port{rig.dispatch};
     testing::RecordingLinkView view;
     SerialLink link{kL21Link, port, rig.tavo, view};
-
-    void SetUp() override {
-        link.loadSettings();  // 1:1200,o,7,1
-        view.setupCaptions = 0;
-    }
-};
-
-// Cancel leaves all alone; OK writes every list, maps the device typed in
-// (a default device stays unwritten), renews the caption and closes.
-TEST_F(SerialConfigTest, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
+    link.loadSettings();  // 1:1200,o,7,1
+    view.setupCaptions = 0;
     const PortSettings before = port.settings();
     {
         frmSerialConfig form(link);
