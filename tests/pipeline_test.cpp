@@ -37,11 +37,8 @@ struct PipelineTest : ::testing::Test {
     }
 };
 
-// A null byte ends the turn: it is counted, not shown, and the bytes behind
-// it wait. Control bytes show as red letters in the read pane. Every other
-// byte reaches the display with its style while the output is open. Bytes
-// keep their order across the end of the ring; the row readers ask the
-// selected filter.
+// A null byte ends the turn and the bytes behind it wait; control bytes show
+// red in the read pane; order holds across the end of the ring.
 TEST_F(PipelineTest, DrainShowsCountsAndPassesBytesInOrderUntilANull) {
     console.chkOutDW_Click(1);
     filter->styleFor = [](char c) -> std::int16_t {
@@ -78,30 +75,20 @@ TEST_F(PipelineTest, EachPaneClearsPastThirtyThousandAtTheNextByte) {
     EXPECT_EQ(tavo.totalChars, 0);
 }
 
-// Loops stack: each writes a marker pair, the end marker in the colour at the
-// caret, and one stop ends them all, innermost first. A stop raised before a
-// loop is entered counts for nothing.
+// One stop ends stacked loops, each writing its markers; an earlier stop counts for nothing.
 TEST_F(PipelineTest, StackedLoopsEndInnermostFirstWithAMarkerPairEach) {
-    Log order;
     tavo.stopCapture();
-    rig.dispatch.postAt(10, [&] {
-        tavo.captureLoop();  // a handler that enters the loop again
-        order.push_back("inner handler returned");
-    });
+    rig.dispatch.postAt(10, [&] { tavo.captureLoop(); });  // a handler enters it again
     rig.dispatch.postAt(20, [&] { rig.queue("x\r"); });
     rig.dispatch.postAt(30, [&] { tavo.stopCapture(); });
     tavo.captureLoop();
-    order.push_back("outer loop returned");
-    EXPECT_EQ(order, (Log{"inner handler returned", "outer loop returned"}));
     const std::string start = "\r\n[*** START CAPTURE ***]\r\n";
     const std::string end = "\r\n[*** END CAPTURE ***]\r\n";
     EXPECT_EQ(rig.view().read.dump(), start + start + "x{M" + end + end + "}");
 }
 
-// A quiet loop sleeps until the next event instead of spinning. A board raises
-// no event: while it is selected the loop and the waits read it every few
-// milliseconds; a board window that is merely there is left alone. A wait
-// started inside another re-arms the one timer, so both end together.
+// A board raises no event: the loop and the waits poll it only while it is
+// selected. A wait started inside another ends with it.
 TEST_F(PipelineTest, AQuietLoopSleepsAndTheBoardIsReadOnEachTurnOnlyWhileSelected) {
     BoardFilter board("L21USB", rig.log);
     tavo.frmL21USB = &board;
@@ -132,13 +119,8 @@ TEST_F(PipelineTest, AQuietLoopSleepsAndTheBoardIsReadOnEachTurnOnlyWhileSelecte
     EXPECT_GE(board.reads - inLoop, 2500 / kBoardPollMs);
 }
 
-// --- selecting a filter ---
-
-// The keyboard and serial windows enter their capture loop inside showForm,
-// so their flag has to be up first; the others raise it after. A filter
-// selected inside the keyboard's loop is fed by it. (The serial window's own
-// tests hold the board selected inside its loop.) The filter given up is
-// hidden before the new one shows, and forgotten.
+// The keyboard and serial filters capture inside showForm, so their flag goes
+// up first; a filter selected inside that loop is fed by it.
 TEST_F(PipelineTest, FiltersThatCaptureInShowFormAreFedByTheirOwnLoop) {
     std::map<FilterKind, FakeFilter*> made;
     rig.shell.onMake = [&](FilterKind kind, FakeFilter& f) {
@@ -148,19 +130,16 @@ TEST_F(PipelineTest, FiltersThatCaptureInShowFormAreFedByTheirOwnLoop) {
         else
             f.onShow = [&] { tavo.captureLoop(); };
     };
-    const auto in = [&](long long ms, std::function<void()> what) {
-        rig.dispatch.postAt(rig.dispatch.nowMs() + ms, std::move(what));
-    };
-    in(10, [&] { rig.queue("typed"); });
-    in(20, [&] { console.obIFAscii_Click(); });
-    in(30, [&] { rig.queue("still here"); });
-    in(40, [&] { tavo.stopCapture(); });
+    rig.dispatch.postAt(10, [&] { rig.queue("typed"); });
+    rig.dispatch.postAt(20, [&] { console.obIFAscii_Click(); });
+    rig.dispatch.postAt(30, [&] { rig.queue("still here"); });
+    rig.dispatch.postAt(40, [&] { tavo.stopCapture(); });
     console.select(FilterKind::Key);
     EXPECT_EQ(made[FilterKind::Key]->received, "typed");
     EXPECT_EQ(made[FilterKind::Ascii]->received, "still here");
 
-    in(10, [&] { rig.queue("serial"); });
-    in(20, [&] { tavo.stopCapture(); });
+    rig.dispatch.postAt(50, [&] { rig.queue("serial"); });
+    rig.dispatch.postAt(60, [&] { tavo.stopCapture(); });
     console.select(FilterKind::L21Serial);
     EXPECT_EQ(made[FilterKind::L21Serial]->received, "serial");
     rig.log.clear();

@@ -1,6 +1,4 @@
-// The program's start and its orderly end with the windows faked, and the
-// section "General" it reads and saves: defaults, text forms, the startup
-// caption's split into lines.
+// Start-up and shutdown with the windows faked, and the settings section "General".
 
 #include <gtest/gtest.h>
 
@@ -20,8 +18,7 @@ std::string values(const Tavo& t) {
            std::to_string(t.ExitDisplayTask);
 }
 
-// Missing or unreadable text keeps the default, numeric booleans count, and
-// what is saved comes back as it was.
+// Unreadable text keeps the default; numeric booleans count.
 TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     Rig rig;
     Tavo& tavo = rig.tavo;
@@ -49,8 +46,7 @@ TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     EXPECT_EQ(values(fresh), values(tavo));
 }
 
-// Pieces are trimmed, empty ones take no slot, the tag's case counts and the
-// sign's three rows take the first three.
+// Pieces are trimmed, empty ones dropped, and the sign's three rows take the first three.
 TEST(Settings, StartupCaptionSplitsIntoAtMostThreeLines) {
     Rig rig;
     for (auto [caption, lines] : {std::pair{"   ", ""},
@@ -66,9 +62,8 @@ TEST(Settings, StartupCaptionSplitsIntoAtMostThreeLines) {
     }
 }
 
-// A first start captures on the serial decoder; a stored filter comes back
-// (the ASCII input selects nothing and is written back as it was). At the
-// end the display does its task, then everything closes and saves.
+// A first start captures on the serial decoder, later ones on the stored
+// filter; at the end the display does its task, then all closes and saves.
 TEST(Startup, StartsWithTheStoredFilterAndEndsActingOnTheDisplayThenClosing) {
     using K = FilterKind;
     for (auto [type, task, displayAction, filter, kind] :

@@ -1,6 +1,5 @@
-// The demo from end to end: zelvan-demo starts the real program between its
-// decoder box and sign, plays a short recording fast, and prints what the sign
-// shows, "  35.8 s  TEXT", at the recording's times.
+// zelvan-demo plays a recording fast through the real program and prints
+// what the sign shows, "  35.8 s  TEXT", at the recording's times.
 
 #include <signal.h>
 
@@ -15,10 +14,8 @@
 namespace zelvan {
 namespace {
 
-// In order, and each shortly after its end-of-caption word went in. At fifty
-// times the pace a tenth of a second of a busy machine is five seconds of the
-// recording, so lateness gets twenty-five. The shell prints its process id and
-// becomes the demo under a time limit; Ctrl-C must end it cleanly.
+// In order, each soon after its end of caption: at fifty times the pace a busy
+// machine's tenth of a second is five. Ctrl-C must end the demo cleanly.
 TEST(Demo, PrintsEachCaptionOfARecordingAsTheReflectorShowsItAtItsTime) {
     const std::string command = std::string("echo $$; exec timeout -k 10 -s INT 90 ") +
                                 ZELVAN_DEMO_BINARY + " --speed 50 " +

@@ -1,6 +1,4 @@
-// The road from a decoder box to the sign, through the real program: started
-// offscreen with COM1 and COM2 mapped to pseudo-terminals, fed line-21 bytes on
-// one and read back as frames on the other, through a model of the sign.
+// The real program between a decoder box and the sign, both on pseudo-terminals.
 
 #include <gtest/gtest.h>
 
@@ -39,8 +37,7 @@ struct EndToEnd : ::testing::Test {
     }
 };
 
-// The startup caption stands reversed for the reflector; a pop-on caption and
-// then roll-up lines leave byte for byte as the logic sends them.
+// Pop-on and roll-up captions leave byte for byte as the logic sends them.
 TEST_F(EndToEnd, CaptionsFromTheSerialDecoderReachTheSignAsTheLogicSendsThem) {
     EXPECT_TRUE(rig.waitUntil([&] { return signShows("Welcome to Halvane Captions."); }, 5000))
         << sign.dump();
@@ -64,8 +61,7 @@ struct BroadcastEndToEnd : EndToEnd {
     BroadcastEndToEnd() : EndToEnd("[L21Decoder]\nEdmKeepsPosition=True\n") {}
 };
 
-// The news broadcaster erases the screen in the middle of loading its third
-// caption; with the setting read at start-up the caption keeps its order.
+// The news erases the screen while loading a caption; the setting keeps its order.
 TEST_F(BroadcastEndToEnd, NewsCaptionLoadedAcrossAnEdmReachesTheSignAsViewersSawIt) {
     std::string opening;
     for (const SccLine& line : testing::sample("news-2018-12-17-popon.scc").lines)

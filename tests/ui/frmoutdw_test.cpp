@@ -1,6 +1,5 @@
-// The display window for real, its port on a pseudo-terminal; the sign preview
-// from the menu and on a fake port; the deferred refresh their widgets use.
-// The frames themselves are checked in the console's and end-to-end tests.
+// The display window with its port on a pseudo-terminal, the sign preview,
+// and the deferred refresh their widgets use.
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -16,10 +15,8 @@
 #include "platform/deferredrefresh.h"
 #include "platform/devicemap.h"
 #include "support/displayfakes.h"
-#include "support/fakeserialport.h"
 #include "support/pty.h"
 #include "support/qtrig.h"
-#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
@@ -48,10 +45,8 @@ struct DisplayWindowTest : ::testing::Test, testing::QtRig {
     }
 };
 
-// The boxes come up as the console sets them; on a closed port the filter box
-// gives the notice and stays unticked. Then the line opens: the pending box
-// shows the caption in the window's code page, and the operator's edit wins
-// over a refresh asked for before it.
+// Default boxes, the closed port's notice, then a caption in the pending box
+// and the preview, where the operator's edit wins over an earlier refresh.
 TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     window->show();
     for (auto [name, ticked] : {std::pair{"chkRevOnCD", true},
@@ -69,11 +64,13 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
 
     window->showForm();
     EXPECT_TRUE(waitFor([&] { return child<QPushButton>("cmdPortOutOpen")->text() == "Close"; }));
+    frmSignPreview preview(window->console().link(), store);
     filter.rows[15] = "HELLO \x95";
     window->doInput(kStyleRows, "");
     auto* box = child<QPlainTextEdit>("tbPending");
     EXPECT_TRUE(waitFor([&] { return box->toPlainText() == QStringLiteral("HELLO \u2022"); }));
     EXPECT_TRUE(waitFor([&] { return !sign.take().empty(); }));
+    EXPECT_TRUE(waitFor([&] { return preview.preview().model().frames > 0; }));
     filter.rows[15] = "FROM THE CAPTION";
     window->doInput(kStyleRows, "");
     box->setPlainText(QStringLiteral("typed by hand"));
@@ -86,8 +83,7 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     EXPECT_FALSE(window->console().isPortOpen());
 }
 
-// The preview opens from the main window's menu where it was left, and keeps
-// its size and place.
+// The preview opens from the menu where it was left, and keeps its new place.
 TEST(SignPreviewWindow, OpensFromTheMenuWhereItWasLeftAndKeepsItsPlace) {
     testing::QtRig rig;
     const auto stored = [&](const char* key) { return rig.store.get("SignPreview", key, ""); };
@@ -112,23 +108,7 @@ TEST(SignPreviewWindow, OpensFromTheMenuWhereItWasLeftAndKeepsItsPlace) {
     EXPECT_EQ(stored("width") + "x" + stored("height"), "800x380");
 }
 
-// It follows what the link writes on its own timer, and untaps as it goes.
-TEST(SignPreviewWindow, FollowsTheLinkUntilItGoes) {
-    testing::QtRig rig;
-    FakeSerialPort port{rig.dispatch};
-    testing::RecordingLinkView view;
-    SerialLink link{kDisplayLink, port, rig.tavo, view};
-    link.openPort();
-    auto window = std::make_unique<frmSignPreview>(link, rig.store);
-    link.write(std::string("\x01\x20\x7F\x2F\x01", 5));  // dim
-    EXPECT_TRUE(waitFor([&] { return window->statusText().contains(QStringLiteral("dim")); }));
-    window.reset();
-    link.write("after the window went");
-    EXPECT_EQ(port.writes.size(), 2u);
-}
-
-// A burst makes one update of each widget, a read-back takes it at once, and
-// a widget that is gone is never touched.
+// One update per burst, at once on a read-back, and none of a widget gone.
 TEST(DeferredRefreshTest, ABurstMakesOneUpdateOfEachWidgetAndNoneOfOneGone) {
     int pane = 0, label = 0, gone = 0;
     DeferredRefresh paneRefresh([&] { ++pane; }), labelRefresh([&] { ++label; });
