@@ -18,7 +18,7 @@ std::string values(const Tavo& t) {
            std::to_string(t.ExitDisplayTask);
 }
 
-// Unreadable text keeps the default; numeric booleans count.
+// Unreadable text keeps the default, numeric booleans count, saved values come back.
 TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     Rig rig;
     Tavo& tavo = rig.tavo;
