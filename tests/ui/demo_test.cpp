@@ -15,11 +15,12 @@ namespace zelvan {
 namespace {
 
 // In order, each soon after its end of caption: at fifty times the pace a busy
-// machine's tenth of a second is five. Ctrl-C must end the demo cleanly.
+// machine's tenth of a second is five. The shell prints its id and becomes the
+// demo, which Ctrl-C must end cleanly.
 TEST(Demo, PrintsEachCaptionOfARecordingAsTheReflectorShowsItAtItsTime) {
-    const std::string command = std::string("echo $$; exec timeout -k 10 -s INT 90 ") +
-                                ZELVAN_DEMO_BINARY + " --speed 50 " +
-                                testing::samplePath("popon-short.scc");
+    const std::string command = std::string("echo $$; exec timeout -k 10 -s INT 90 '") +
+                                ZELVAN_DEMO_BINARY + "' --speed 50 '" +
+                                testing::samplePath("popon-short.scc") + "'";
     FILE* out = ::popen(command.c_str(), "r");
     ASSERT_NE(out, nullptr);
     char line[1024];
