@@ -1,7 +1,9 @@
-// The capture pipeline: the ring, the drain into panes and filter, the capture
-// loops and the timed waits, all on virtual time.
+// The capture pipeline on virtual time: the ring and its drain, the capture
+// loops and timed waits, the board poll, and selecting an input filter.
 
 #include <gtest/gtest.h>
+
+#include <map>
 
 #include "support/fakes.h"
 
@@ -9,15 +11,23 @@ namespace zelvan {
 namespace {
 
 using testing::FakeFilter;
+using testing::Log;
 using testing::Rig;
+
+struct BoardFilter : FakeFilter {
+    using FakeFilter::FakeFilter;
+    void readBoard() override { ++reads; }
+    int reads = 0;
+};
 
 struct PipelineTest : ::testing::Test {
     Rig rig;
     Tavo& tavo = rig.tavo;
+    MainConsole& console = rig.console();
     FakeFilter* filter = nullptr;
 
     void SetUp() override {
-        rig.console().obIFAscii_Click();  // a filter that starts nothing
+        console.obIFAscii_Click();  // a filter that starts nothing
         filter = rig.shell.lastFilter;
     }
     std::string drained(const std::string& bytes) {
@@ -27,123 +37,117 @@ struct PipelineTest : ::testing::Test {
     }
 };
 
-// --- one turn of the drain ---
-
-// A null byte ends the turn: it is counted, not shown, and the bytes behind
-// it wait. Control bytes show as red letters in the read pane. Bytes keep
-// their order across the end of the ring.
+// A null byte ends the turn and the bytes behind it wait; control bytes show
+// red in the read pane; order holds across the end of the ring.
 TEST_F(PipelineTest, DrainShowsCountsAndPassesBytesInOrderUntilANull) {
+    console.chkOutDW_Click(1);
+    filter->styleFor = [](char c) -> std::int16_t {
+        return c == '\r' ? kStyleLineEnded : kStyleNothing;
+    };
     EXPECT_EQ(drained(std::string("\r\n\x14Hi\x7f\xe9\0B", 9)), "\r\n\x14Hi\x7f\xe9");
     EXPECT_EQ(rig.view().status, "null byte");
     EXPECT_EQ(rig.view().read.dump(), "{MJT}Hi\x7f\xe9");
     EXPECT_EQ(rig.view().raw.dump(), "\r\n\x14Hi\x7f\xe9");  // all black
     tavo.drainQueue();
-    EXPECT_EQ(filter->received,
-              "\r\n\x14Hi\x7f\xe9"
-              "B");
+    EXPECT_EQ(filter->received, std::string("\r\n\x14Hi\x7f\xe9") + "B");
     EXPECT_EQ(rig.view().status, "");
     EXPECT_EQ(rig.view().totChars, "9");
+    EXPECT_EQ(rig.shell.display->styles, (std::vector<std::int16_t>{3, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(tavo.getExternalTextTrimmed(1), filter->received);
 
+    console.chkOutDW_Click(0);
     const std::string wrap(1100, 'w');
     for (std::size_t at = 0; at < wrap.size(); at += 500) drained(wrap.substr(at, 500));
     EXPECT_EQ(filter->received.substr(8), wrap);
-}
-
-TEST_F(PipelineTest, EachPaneClearsPastThirtyThousandAtTheNextByte) {
-    rig.view().raw.insertText(std::string(30000, 'r'));
-    rig.view().read.insertText(std::string(29999, 'd'));
-    tavo.totalChars = 30000;
-    drained("a");  // raw holds exactly 30000 before it: no clear; read reaches 30000
-    EXPECT_EQ(rig.view().raw.length(), 30001);
-    EXPECT_EQ(rig.view().read.length(), 30000);
-
-    drained("b");  // raw holds 30001: cleared; read holds 30000: kept
-    EXPECT_EQ(rig.view().raw.text(), "b");
-    EXPECT_EQ(rig.view().read.length(), 30001);
-    EXPECT_EQ(tavo.totalChars, 0);  // the raw pane's clearing resets the count
-
-    drained("c");  // now the read pane clears, and the count goes on from 0
-    EXPECT_EQ(rig.view().read.text(), "c");
-    EXPECT_EQ(rig.view().raw.text(), "bc");
-    EXPECT_EQ(rig.view().totChars, "1");
-}
-
-TEST_F(PipelineTest, EveryNonNullByteReachesTheDisplayWithItsStyle) {
-    rig.console().chkOutDW_Click(1);
-    filter->styleFor = [](char c) -> std::int16_t {
-        return c == '\r' ? kStyleLineEnded : kStyleNothing;
-    };
-    drained(std::string("ab\0", 3));
-    drained("\r");
-    EXPECT_EQ(rig.shell.display->styles, (std::vector<std::int16_t>{0, 0, 3}));
-
-    rig.console().chkOutDW_Click(0);
-    drained("z");  // output closed: filtered, result dropped
-    EXPECT_EQ(filter->received, "ab\rz");
-    EXPECT_EQ(rig.shell.display->styles.size(), 3u);
-}
-
-TEST_F(PipelineTest, RowReadersFollowTheFirstFlagUpAndRejectRowsOutside) {
-    drained("row one");
-    EXPECT_EQ(tavo.getExternalText(1), "row one");
-    EXPECT_EQ(tavo.getExternalText(0), "");
-    EXPECT_EQ(tavo.getExternalText(16), "");
+    EXPECT_EQ(rig.shell.display->styles.size(), 8u) << "output closed: filtered, result dropped";
     tavo.bInAscii = false;
     EXPECT_EQ(tavo.getExternalText(1), "");
-    EXPECT_EQ(tavo.getExternalTextTrimmed(1), "");
 }
 
-// --- capture loops ---
-
-// The end marker takes the colour at the caret: red after a control byte.
-// A stop raised before the loop is entered counts for nothing.
-TEST_F(PipelineTest, LoopDrainsPostedBytesAndWritesOneMarkerPair) {
-    tavo.stopCapture();
-    rig.dispatch.postAt(100, [&] { rig.queue("Hi\r"); });
-    rig.dispatch.postAt(200, [&] { tavo.stopCapture(); });
-    tavo.captureLoop();
-    EXPECT_EQ(filter->received, "Hi\r");
-    EXPECT_EQ(rig.view().read.dump(),
-              "\r\n[*** START CAPTURE ***]\r\nHi{M\r\n[*** END CAPTURE ***]\r\n}");
+// A pane clears at the byte after it passed 30000; the raw one resets the count.
+TEST_F(PipelineTest, EachPaneClearsPastThirtyThousandAtTheNextByte) {
+    rig.view().raw.insertText(std::string(30000, 'r'));
+    rig.view().read.insertText(std::string(30000, 'd'));
+    drained("a");
+    EXPECT_EQ(rig.view().raw.length() + rig.view().read.length(), 2 * 30001);
+    drained("b");
+    EXPECT_EQ(rig.view().raw.text() + rig.view().read.text(), "bb");
+    EXPECT_EQ(tavo.totalChars, 0);
 }
 
+// One stop ends stacked loops, each writing its markers; an earlier stop counts for nothing.
 TEST_F(PipelineTest, StackedLoopsEndInnermostFirstWithAMarkerPairEach) {
-    std::vector<std::string> order;
-    rig.dispatch.postAt(10, [&] {
-        tavo.captureLoop();  // a handler that enters the loop again
-        order.push_back("inner handler returned");
-    });
-    rig.dispatch.postAt(20, [&] { rig.queue("x"); });
+    tavo.stopCapture();
+    rig.dispatch.postAt(10, [&] { tavo.captureLoop(); });  // a handler enters it again
+    rig.dispatch.postAt(20, [&] { rig.queue("x\r"); });
     rig.dispatch.postAt(30, [&] { tavo.stopCapture(); });
     tavo.captureLoop();
-    order.push_back("outer loop returned");
-    EXPECT_EQ(order, (std::vector<std::string>{"inner handler returned", "outer loop returned"}));
     const std::string start = "\r\n[*** START CAPTURE ***]\r\n";
     const std::string end = "\r\n[*** END CAPTURE ***]\r\n";
-    EXPECT_EQ(rig.view().raw.text(), start + start + "x" + end + end);
+    EXPECT_EQ(rig.view().read.dump(), start + start + "x{M" + end + end + "}");
 }
 
-// --- timed waits ---
-
-// A wait started inside another re-arms the one timer, so both end together.
-TEST_F(PipelineTest, BytesFlowDuringATimedWaitAndANestedWaitEndsWithIt) {
-    long long innerEnded = -1;
-    rig.dispatch.postAt(400, [&] { rig.queue("during"); });
-    rig.dispatch.postAt(1000, [&] {
-        tavo.timedWait(1500);
-        innerEnded = rig.dispatch.nowMs();
-    });
-    tavo.timedWait(1500);
-    EXPECT_EQ(filter->received, "during");
-    EXPECT_EQ(innerEnded, 2500);
-    EXPECT_EQ(rig.dispatch.nowMs(), 2500);
-    EXPECT_FALSE(tavo.GeneralTimer->enabled());
-}
-
-TEST_F(PipelineTest, AQuietLoopWaitsForEventsInsteadOfSpinning) {
+// A board raises no event: the loop and the waits poll it only while it is
+// selected. A wait started inside another ends with it.
+TEST_F(PipelineTest, AQuietLoopSleepsAndTheBoardIsReadOnEachTurnOnlyWhileSelected) {
+    BoardFilter board("L21USB", rig.log);
+    tavo.frmL21USB = &board;
     rig.dispatch.postAt(60000, [&] { tavo.stopCapture(); });
     tavo.captureLoop();
     EXPECT_LT(rig.dispatch.yieldCount(), 10);
+    tavo.timedWait(100);
+    EXPECT_EQ(board.reads, 0);
+
+    tavo.bInAscii = false;
+    tavo.bInL21USB = true;
+    const long long t = rig.dispatch.nowMs();
+    rig.dispatch.postAt(t + 100, [&] { tavo.stopCapture(); });
+    tavo.captureLoop();
+    EXPECT_GE(board.reads, 100 / kBoardPollMs);
+    const int inLoop = board.reads;
+    long long innerEnded = -1;
+    rig.dispatch.postAt(t + 500, [&] { rig.queue("during"); });
+    rig.dispatch.postAt(t + 1100, [&] {
+        tavo.timedWait(1500);
+        innerEnded = rig.dispatch.nowMs() - t;
+    });
+    tavo.timedWait(1500);
+    EXPECT_EQ(board.received, "during");
+    EXPECT_EQ(innerEnded, 2600);
+    EXPECT_EQ(rig.dispatch.nowMs() - t, 2600);
+    EXPECT_FALSE(tavo.GeneralTimer->enabled());
+    EXPECT_GE(board.reads - inLoop, 2500 / kBoardPollMs);
+}
+
+// The keyboard and serial filters capture inside showForm, so their flag goes
+// up first; a filter selected inside that loop is fed by it.
+TEST_F(PipelineTest, FiltersThatCaptureInShowFormAreFedByTheirOwnLoop) {
+    std::map<FilterKind, FakeFilter*> made;
+    rig.shell.onMake = [&](FilterKind kind, FakeFilter& f) {
+        made[kind] = &f;
+        if (kind == FilterKind::Ascii)
+            f.onShow = [&] { EXPECT_FALSE(tavo.bInAscii) << "raised after showForm"; };
+        else
+            f.onShow = [&] { tavo.captureLoop(); };
+    };
+    rig.dispatch.postAt(10, [&] { rig.queue("typed"); });
+    rig.dispatch.postAt(20, [&] { console.obIFAscii_Click(); });
+    rig.dispatch.postAt(30, [&] { rig.queue("still here"); });
+    rig.dispatch.postAt(40, [&] { tavo.stopCapture(); });
+    console.select(FilterKind::Key);
+    EXPECT_EQ(made[FilterKind::Key]->received, "typed");
+    EXPECT_EQ(made[FilterKind::Ascii]->received, "still here");
+
+    rig.dispatch.postAt(50, [&] { rig.queue("serial"); });
+    rig.dispatch.postAt(60, [&] { tavo.stopCapture(); });
+    console.select(FilterKind::L21Serial);
+    EXPECT_EQ(made[FilterKind::L21Serial]->received, "serial");
+    rig.log.clear();
+    console.select(FilterKind::Ascii);
+    EXPECT_EQ(rig.log, (Log{"L21Serial.hideForm", "Ascii.showForm"}));
+    EXPECT_TRUE(tavo.bInAscii);
+    EXPECT_FALSE(tavo.bInL21Serial);
+    EXPECT_EQ(tavo.frmL21Serial, nullptr);
 }
 
 }  // namespace

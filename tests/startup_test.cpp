@@ -1,4 +1,4 @@
-// The program's start and its orderly end, with the windows faked.
+// Start-up and shutdown with the windows faked, and the settings section "General".
 
 #include <gtest/gtest.h>
 
@@ -10,63 +10,88 @@ namespace {
 using testing::Log;
 using testing::Rig;
 
-TEST(Startup, FirstStartComesUpInOrderAndCapturesOnTheSerialDecoder) {
-    Rig rig;
-    rig.tavo.rawQueueIn = 9;
-    rig.shell.onMake = [&](FilterKind kind, testing::FakeFilter& f) {
-        if (kind == FilterKind::L21Serial)
-            f.onShow = [&] { rig.log.push_back(rig.tavo.bInL21Serial ? "flag up" : "flag down"); };
-    };
-    rig.tavo.startup(rig.shell);
-    EXPECT_EQ(rig.log, (Log{"busy", "splash", "idle", "mainWindow", "display.showForm",
-                            "L21Serial.showForm", "flag up"}));
-    EXPECT_EQ(rig.view().outDW, 1);
-    EXPECT_EQ(rig.view().option, FilterKind::L21Serial);
-    EXPECT_EQ(rig.tavo.rawQueueIn, 1) << "the ring starts empty";
+// The seven values, in the order of the section.
+std::string values(const Tavo& t) {
+    return std::to_string(t.BeepOnMessage) + " " + std::to_string(t.DoStartupBarker) + " |" +
+           t.StartupBarker + "| " + std::to_string(t.Obfuscate) + " " +
+           std::to_string(t.ObfuscateType) + " " + std::to_string(t.InputFilterType) + " " +
+           std::to_string(t.ExitDisplayTask);
 }
 
-// The board comes back as the board filter; the ASCII input selects nothing
-// and is written back as it was.
-TEST(Startup, StoredFilterTypeSelectsItsFilter) {
-    for (auto [type, lastStep] : {std::pair{"2", "L21USB.showForm"}, {"3", "display.showForm"}}) {
-        Rig rig;
-        rig.store.set("General", "InputFilterType", type);
-        rig.tavo.startup(rig.shell);
-        EXPECT_EQ(rig.log.back(), lastStep);
-        EXPECT_EQ(rig.view().option, *type == '2' ? FilterKind::L21USB : FilterKind::TDS);
-        rig.tavo.saveSettings();
-        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), type);
+// Unreadable text keeps the default, numeric booleans count, saved values come back.
+TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
+    Rig rig;
+    Tavo& tavo = rig.tavo;
+    const std::string barker = kDefaultStartupBarker;
+    tavo.loadSettings();
+    EXPECT_EQ(values(tavo), "0 1 |" + barker + "| 0 0 1 1");
+    for (auto [key, text] : {std::pair{"BeepOnMessage", "7"},
+                             {"DoStartupBarker", "0"},
+                             {"Obfuscate", "maybe"},
+                             {"InputFilterType", "2x"},
+                             {"ExitDisplayTask", "40000"},  // beyond 16 bits
+                             {"ObfuscateType", "-1"}})      // out of its table, but used as read
+        rig.store.set("General", key, text);
+    tavo.loadSettings();
+    EXPECT_EQ(values(tavo), "1 0 |" + barker + "| 0 -1 1 1");
+
+    tavo.Obfuscate = true;
+    tavo.StartupBarker = "One<br>\x95 Two \x95";
+    tavo.InputFilterType = 3;
+    tavo.ExitDisplayTask = 0;
+    tavo.saveSettings();
+    EXPECT_EQ(tavo.barkerLineCount, 2) << "saving splits the caption again at once";
+    Tavo fresh(rig.dispatch, rig.store, rig.tone);
+    fresh.loadSettings();
+    EXPECT_EQ(values(fresh), values(tavo));
+}
+
+// Pieces are trimmed, empty ones dropped, and the sign's three rows take the first three.
+TEST(Settings, StartupCaptionSplitsIntoAtMostThreeLines) {
+    Rig rig;
+    for (auto [caption, lines] : {std::pair{"   ", ""},
+                                  {"  A  <br>  B  ", "A|B|"},
+                                  {"<br>A<br><br>B<br>", "A|B|"},
+                                  {"A<BR>B", "A<BR>B|"},
+                                  {"A<br>B<br>C<br>D<br>E", "A|B|C|"}}) {
+        rig.tavo.StartupBarker = caption;
+        rig.tavo.splitStartupBarker();
+        std::string got;
+        for (int i = 0; i < rig.tavo.barkerLineCount; ++i) got += rig.tavo.barkerLines[i] + "|";
+        EXPECT_EQ(got, lines) << caption;
     }
 }
 
-TEST(Startup, ShutdownActsOnTheDisplayThenClosesEverythingAndSaves) {
-    for (auto [task, displayAction] :
-         {std::pair{"0", ""}, {"1", "display.showStartupBarker(true)"}, {"2", "display.DWErase"}}) {
+// A first start captures on the serial decoder, later ones on the stored
+// filter; at the end the display does its task, then all closes and saves.
+TEST(Startup, StartsWithTheStoredFilterAndEndsActingOnTheDisplayThenClosing) {
+    using K = FilterKind;
+    for (auto [type, task, displayAction, filter, kind] :
+         {std::tuple{"", "", "display.showStartupBarker(true)", "L21Serial", K::L21Serial},
+          {"2", "0", "", "L21USB", K::L21USB},
+          {"3", "2", "display.DWErase", "", K::TDS}}) {
         Rig rig;
-        rig.store.set("General", "ExitDisplayTask", task);
-        rig.store.set("General", "InputFilterType", "2");
+        if (*type) rig.store.set("General", "InputFilterType", type);
+        if (*task) rig.store.set("General", "ExitDisplayTask", task);
+        rig.tavo.rawQueueIn = 9;
         rig.tavo.startup(rig.shell);
+        Log want{"busy", "splash", "idle", "mainWindow", "display.showForm"};
+        if (*filter) want.push_back(std::string(filter) + ".showForm");
+        EXPECT_EQ(rig.log, want) << type;
+        EXPECT_EQ(rig.view().option, kind);
+        EXPECT_EQ(rig.view().outDW, 1);
+        EXPECT_EQ(rig.tavo.rawQueueIn, 1) << "the ring starts empty";
+
         rig.log.clear();
         rig.tavo.exitProgram();
-        Log want;
-        if (*displayAction) want.push_back(displayAction);
-        for (const char* step :
-             {"busy", "display.hideForm", "L21USB.hideForm", "idle", "endProcess"})
-            want.push_back(step);
-        EXPECT_EQ(rig.log, want) << task;
+        want = {"busy", "display.hideForm", "idle", "endProcess"};
+        if (*filter) want.insert(want.begin() + 2, std::string(filter) + ".hideForm");
+        if (*displayAction) want.insert(want.begin(), displayAction);
+        EXPECT_EQ(rig.log, want) << type;
         EXPECT_EQ(rig.view().status, "Closing input filter. Stand by...");
+        EXPECT_EQ(rig.store.get("General", "InputFilterType", ""), *type ? type : "1");
         EXPECT_TRUE(rig.store.has("General", "BeepOnMessage"));
     }
-}
-
-TEST(Startup, ASecondExitDuringTheYieldsRunsAgainInsideTheFirst) {
-    Rig rig;
-    rig.store.set("General", "InputFilterType", "3");
-    rig.tavo.startup(rig.shell);
-    rig.dispatch.post([&] { rig.tavo.exitProgram(); });
-    rig.tavo.exitProgram();
-    EXPECT_EQ(rig.shell.ends, 2);  // the real shell ends the process at the first of these
-    EXPECT_EQ(std::count(rig.log.begin(), rig.log.end(), "display.showStartupBarker(true)"), 2);
 }
 
 }  // namespace

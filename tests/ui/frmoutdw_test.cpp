@@ -1,13 +1,18 @@
-// The display window for real, its port on a pseudo-terminal: the controls
-// that need the widgets. The frames themselves are checked in the console's
-// and the program's own end-to-end tests.
+// The display window with its port on a pseudo-terminal, the sign preview,
+// and the deferred refresh their widgets use.
 
 #include <gtest/gtest.h>
+#include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "core/appshell.h"
+#include "core/frmtavo.h"
 #include "display/frmoutdw.h"
+#include "display/frmsignpreview.h"
+#include "platform/deferredrefresh.h"
 #include "platform/devicemap.h"
 #include "support/displayfakes.h"
 #include "support/pty.h"
@@ -40,43 +45,87 @@ struct DisplayWindowTest : ::testing::Test, testing::QtRig {
     }
 };
 
-// The pending box shows the caption in the window's code page.
-TEST_F(DisplayWindowTest, ShowFormOpensTheLineAndHideFormClosesIt) {
+// Default boxes, the closed port's notice, then a caption in the pending box
+// and the preview, where the operator's edit wins over an earlier refresh.
+TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
+    window->show();
+    for (auto [name, ticked] : {std::pair{"chkRevOnCD", true},
+                                {"chkInput", true},
+                                {"chkReverse", true},
+                                {"chkFilter", false},
+                                {"chkSunrise", false},
+                                {"chkRollup", false}})
+        EXPECT_EQ(child<QCheckBox>(name)->isChecked(), ticked) << name;
+    child<QPushButton>("cmdBright")->click();
+    EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
+    child<QCheckBox>("chkFilter")->click();
+    EXPECT_FALSE(child<QCheckBox>("chkFilter")->isChecked());
+    EXPECT_TRUE(sign.take().empty());
+
     window->showForm();
-    EXPECT_TRUE(window->isVisible());
     EXPECT_TRUE(waitFor([&] { return child<QPushButton>("cmdPortOutOpen")->text() == "Close"; }));
+    frmSignPreview preview(window->console().link(), store);
     filter.rows[15] = "HELLO \x95";
     window->doInput(kStyleRows, "");
-    EXPECT_TRUE(waitFor([&] {
-        return child<QPlainTextEdit>("tbPending")->toPlainText() == QStringLiteral("HELLO \u2022");
-    }));
+    auto* box = child<QPlainTextEdit>("tbPending");
+    EXPECT_TRUE(waitFor([&] { return box->toPlainText() == QStringLiteral("HELLO \u2022"); }));
     EXPECT_TRUE(waitFor([&] { return !sign.take().empty(); }));
+    EXPECT_TRUE(waitFor([&] { return preview.preview().model().frames > 0; }));
+    filter.rows[15] = "FROM THE CAPTION";
+    window->doInput(kStyleRows, "");
+    box->setPlainText(QStringLiteral("typed by hand"));
+    testing::settle(2 * DeferredRefresh::kIntervalMs);
+    EXPECT_EQ(box->toPlainText(), QStringLiteral("typed by hand"));
+    EXPECT_EQ(window->console().pendingText(), "typed by hand");
+
     window->hideForm();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(window->console().isPortOpen());
 }
 
-// A refresh asked for before the operator's edit must not bring older text back.
-TEST_F(DisplayWindowTest, TheOperatorsEditOfThePendingBoxWins) {
-    window->show();
-    filter.rows[15] = "FROM THE CAPTION";
-    window->doInput(kStyleRows, "");
-    auto* box = child<QPlainTextEdit>("tbPending");
-    box->setPlainText(QStringLiteral("typed by hand"));
-    testing::settle(2 * DeferredRefresh::kIntervalMs);
-    EXPECT_EQ(box->toPlainText(), QStringLiteral("typed by hand"));
-    EXPECT_EQ(window->console().pendingText(), "typed by hand");
+// The preview opens from the menu where it was left, and keeps its new place.
+TEST(SignPreviewWindow, OpensFromTheMenuWhereItWasLeftAndKeepsItsPlace) {
+    testing::QtRig rig;
+    const auto stored = [&](const char* key) { return rig.store.get("SignPreview", key, ""); };
+    for (auto [key, value] :
+         {std::pair{"left", "40"}, {"top", "50"}, {"width", "900"}, {"height", "400"}})
+        rig.store.set("SignPreview", key, value);
+    std::unique_ptr<DisplayOutput> display;  // outlives the shell, which holds the preview
+    AppShell shell;
+    shell.showMainWindow(rig.tavo);
+    const std::unique_ptr<frmTavo> main(shell.mainWindow());
+    display = shell.makeDisplay(rig.tavo);
+    for (QAction* a : main->findChildren<QAction*>())
+        if (a->text() == QStringLiteral("&Sign Preview")) a->trigger();
+    frmSignPreview* preview = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* p = dynamic_cast<frmSignPreview*>(w); p && p->isVisible()) preview = p;
+    ASSERT_NE(preview, nullptr);
+    EXPECT_EQ(QRect(preview->pos(), preview->size()), QRect(40, 50, 900, 400));
+    preview->resize(800, 380);
+    preview->move(10, 20);
+    EXPECT_TRUE(waitFor([&] { return stored("left") == "10" && stored("top") == "20"; }));
+    EXPECT_EQ(stored("width") + "x" + stored("height"), "800x380");
 }
 
-// The buttons reach the link's notice and the console's filter box.
-TEST_F(DisplayWindowTest, ClosedPortGivesTheNoticeInTheWindow) {
-    window->show();
-    child<QPushButton>("cmdBright")->click();
-    EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
-    QCheckBox* filterBox = child<QCheckBox>("chkFilter");
-    filterBox->click();
-    EXPECT_FALSE(filterBox->isChecked());
-    EXPECT_TRUE(sign.take().empty());
+// One update per burst, at once on a read-back, and none of a widget gone.
+TEST(DeferredRefreshTest, ABurstMakesOneUpdateOfEachWidgetAndNoneOfOneGone) {
+    int pane = 0, label = 0, gone = 0;
+    DeferredRefresh paneRefresh([&] { ++pane; }), labelRefresh([&] { ++label; });
+    auto goneRefresh = std::make_unique<DeferredRefresh>([&] { ++gone; });
+    for (int i = 0; i < 50; ++i) {
+        paneRefresh.request();
+        labelRefresh.request();
+        goneRefresh->request();
+    }
+    goneRefresh.reset();
+    ASSERT_TRUE(waitFor([&] { return pane + label > 0; }));
+    EXPECT_EQ(pane * 10 + label, 11);  // both in the same turn
+    paneRefresh.request();
+    paneRefresh.flush();
+    EXPECT_EQ(pane, 2);
+    testing::settle(DeferredRefresh::kIntervalMs * 2);
+    EXPECT_EQ(pane * 100 + label * 10 + gone, 210);
 }
 
 }  // namespace
