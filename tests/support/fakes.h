@@ -49,10 +49,7 @@ class FakeFilter : public InputFilter {
         log.push_back(name + ".showForm");
         if (onShow) onShow();
     }
-    void hideForm() override {
-        log.push_back(name + ".hideForm");
-        if (onHide) onHide();
-    }
+    void hideForm() override { log.push_back(name + ".hideForm"); }
     std::int16_t filterEntry(const std::string& in, std::string& out) override {
         received += in;
         out.clear();
@@ -66,7 +63,7 @@ class FakeFilter : public InputFilter {
     std::string name;
     Log& log;
     std::string received;
-    std::function<void()> onShow, onHide;
+    std::function<void()> onShow;
     std::function<std::int16_t(char)> styleFor;
 };
 
