@@ -159,21 +159,5 @@ TEST_F(LinkTest, BurstOfSeveralRingsReachesTheFilterWholeAndInOrder) {
     EXPECT_EQ(filter.received, burst);
 }
 
-TEST_F(LinkTest, LostDeviceClosesOnceTellsOnceWithoutBlockingAndStopsCapture) {
-    openLink(kL21Link);
-    int hooks = 0;
-    link->whenLost = [&] { ++hooks; };
-    rig.tavo.bStopCapture = false;
-    port.vanish("Input/output error");
-    port.vanish("again");  // already gone: nothing more
-    rig.dispatch.advance(10);
-    EXPECT_EQ(view.openCaption, "Open");
-    ASSERT_EQ(view.alerts.size(), 1u);
-    EXPECT_NE(view.alerts[0].find("The port has gone away.|Input/output error"), std::string::npos);
-    EXPECT_TRUE(view.boxes.empty());
-    EXPECT_EQ(hooks, 1);
-    EXPECT_TRUE(rig.tavo.bStopCapture);  // like a press of Close
-}
-
 }  // namespace
 }  // namespace zelvan
