@@ -113,14 +113,16 @@ TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop)
     EXPECT_EQ(markers("END CAPTURE"), 1);
 }
 
-// The first roll-up line waits for its CR; from then on a pause ends a partial
-// line 5 s after the last line ended, and silence changes nothing.
+// Roll-up text reaches the pane as it comes. The first line waits for its CR;
+// from then on a pause ends a partial line 5 s after the last line ended, and
+// silence changes nothing.
 TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     deliverAt(100, kRollUpStart + "AB");
     deliverAt(10000, kCR);
     deliverAt(11000, "CD");
     deliverAt(12000, kCR);
     deliverAt(13000, "EF");
+    rig.dispatch.postAt(11500, [&] { EXPECT_NE(view.dm.find("CD"), std::string::npos); });
     std::string memoryOnceSilent;
     rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
     closeAt(60000);
