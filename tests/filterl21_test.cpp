@@ -82,6 +82,12 @@ TEST_F(DecoderTest, EdmWhileACaptionLoadsSendsTheRestToRow1UnlessSetToKeepThePos
         feed("I'm in" + kEOC);
         EXPECT_EQ(m.getExternalTextL21(1), keep ? "" : "I'm in");
         EXPECT_EQ(m.getExternalTextL21(15), keep ? "Yes, I'm in" : "Yes,");
+        // Roll-up and paint-on follow an EDM with a row code: no change there.
+        for (const std::string& mode : {kRU2, l21Pair(0x14, 0x29)}) {
+            m.initL21();
+            feed(mode + kRow15 + "older" + kEDM + kRow15 + "new");
+            EXPECT_EQ(m.getExternalTextL21(15), "new") << keep;
+        }
     }
 }
 

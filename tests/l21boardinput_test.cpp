@@ -49,9 +49,8 @@ TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport)
     lib.kinds = {{0x1000, 1}, {0x220, 3}, {0xCC00, 4}, {0xDD00, 4}, {0x380, 7}};
     for (BoardRegister r = 0; r < 5; ++r) lib.regs[{0x220, 0x3E0 + r}] = "RDRB2"[r];
     lib.regs[{0x220, 0x3EF}] = 0x93;
-    lib.regs[{0xCC00, 0x08}] = 0xA0;  // model 1010, revision A1
-    lib.regs[{0xCC00, 0x06}] = 'A';
-    lib.regs[{0xCC00, 0x07}] = '1';
+    for (auto [reg, v] : {std::pair{0x08, 0xA0}, {0x06, 'A'}, {0x07, '1'}})
+        lib.regs[{0xCC00, reg}] = v;  // model 1010, revision A1
     lib.regs[{0xDD00, 0x08}] = 0x60;  // a model no table holds: the name read before stays
     load();
     Log listed;
@@ -186,12 +185,12 @@ TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
 
 TEST_F(SimBoard, WordsLeaveAtTheirTimecodesPaceFromTheSetupOn) {
     now = 5000;  // the setup starts the recording, not the clock's zero
-    play(scc("00:00:10;00\t9420 9420\n00:01:00;02\t942f\n"));
+    play(scc("00:00:10;00\t9420 9420\n00:10:00;00\t942f\n"));
     EXPECT_EQ(wordsBy(5033).size(), 1u);
     EXPECT_EQ(wordsBy(5034).size(), 1u);  // frame 1 at 33.4 ms
-    // 00:01:00;02 is 1500 frames on, counted drop-frame: 50050 ms.
-    EXPECT_EQ(wordsBy(5000 + 50049).size(), 0u);
-    EXPECT_EQ(wordsBy(5000 + 50050).size(), 1u);
+    // 00:10:00;00 is 17682 frames on, counted drop-frame: 589989.4 ms.
+    EXPECT_EQ(wordsBy(5000 + 589989).size(), 0u);
+    EXPECT_EQ(wordsBy(5000 + 589990).size(), 1u);
 }
 
 TEST_F(SimBoard, ALatePollLosesNoWordAndParityStaysInBits7And15) {
