@@ -15,14 +15,8 @@ namespace {
 namespace fs = std::filesystem;
 
 struct DataFiles : ::testing::Test {
-    fs::path root = fs::temp_directory_path() /
-                    ("zelvan-data-" + std::to_string(::getpid()) +
-                     ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::path root = fs::temp_directory_path() / ("zelvan-data-" + std::to_string(::getpid()));
     std::string bin = (root / "bin").string(), here = (root / "here").string();
-    void SetUp() override {
-        fs::create_directories(bin);
-        fs::create_directories(here);
-    }
     void TearDown() override { fs::remove_all(root); }
     std::string put(const fs::path& rel, const std::string& text = "x") {
         fs::create_directories((root / rel).parent_path());
@@ -32,7 +26,8 @@ struct DataFiles : ::testing::Test {
 };
 
 // Each file found wins over the ones before it.
-TEST_F(DataFiles, BesideTheProgramWinsOverInstalledAndTheCurrentDirectoryOverBoth) {
+TEST_F(DataFiles, FilesAreFoundWhereTheyStandAndSearched) {
+    fs::create_directories(bin);  // the installed folder is found through it
     EXPECT_EQ(findHelpIndex(bin), bin + "/HelpFiles/index.htm") << "none: empty page";
     EXPECT_EQ(findAnsiReference(here, bin), here + "/ansi.rtf");
     for (const char* rel : {"share/zelvan21/HelpFiles/Index.htm", "bin/HelpFiles/index.htm"}) {
@@ -43,9 +38,6 @@ TEST_F(DataFiles, BesideTheProgramWinsOverInstalledAndTheCurrentDirectoryOverBot
         const std::string path = put(rel);
         EXPECT_EQ(findAnsiReference(here, bin), path);
     }
-}
-
-TEST_F(DataFiles, SearchListsThePagesWhoseTextHoldsTheWord) {
     put("help/a.htm", "<html><title>Roll-up captions</title><p>A ROLL-UP line</p></html>");
     put("help/b.htm", "<a href=\"roll-up.htm\">elsewhere</a>");
     put("help/c.txt", "roll-up");

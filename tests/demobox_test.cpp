@@ -14,22 +14,20 @@ using Clock = SccPlayer::Clock;
 using std::chrono::milliseconds;
 
 // Frames 0 and 30 are a second apart at 29.97 frames a second, half that at
-// 2x; parity is stripped, and a looping player starts over after a pause.
-TEST(DemoBox, PlaysWordsAtTheirFramesTimesTheSpeedAndLoopsAfterAPause) {
+// 2x; a player stops after the last word, or starts over after a pause.
+TEST(DemoBox, PlaysOnceOrLoopsAfterAPause) {
     const std::vector<SccTimedWord> schedule{{0, 0x9420}, {30, 0xC845}};
-    const Clock::time_point t0{};
-    SccPlayer once(schedule, 2.0, false), looping(schedule, 2.0, true);
-    once.start(t0);
-    looping.start(t0);
-    EXPECT_EQ(once.due(t0), bytes({0x14, 0x20}));
-    EXPECT_EQ(once.due(t0 + milliseconds(490)), "");
-    EXPECT_EQ(once.due(t0 + milliseconds(510)), "HE");
-    EXPECT_TRUE(once.finished());
-    EXPECT_EQ(once.due(t0 + std::chrono::seconds(60)), "");
-    looping.due(t0 + milliseconds(510));
-    const auto lastWord = t0 + milliseconds(501);
-    EXPECT_EQ(looping.due(lastWord + SccPlayer::kLoopPause - milliseconds(5)), "");
-    EXPECT_EQ(looping.due(lastWord + SccPlayer::kLoopPause + milliseconds(5)), bytes({0x14, 0x20}));
+    const Clock::time_point t0{}, lastWord = t0 + milliseconds(501);
+    for (const bool loop : {false, true}) {
+        SccPlayer player(schedule, 2.0, loop);
+        player.start(t0);
+        EXPECT_EQ(player.due(t0 + milliseconds(490)), bytes({0x14, 0x20}));
+        EXPECT_EQ(player.due(t0 + milliseconds(510)), "HE");
+        EXPECT_EQ(player.due(lastWord + SccPlayer::kLoopPause - milliseconds(5)), "");
+        EXPECT_EQ(player.due(lastWord + SccPlayer::kLoopPause + milliseconds(5)),
+                  loop ? bytes({0x14, 0x20}) : "");
+        EXPECT_EQ(player.finished(), !loop);
+    }
 }
 
 // A caption is reported once the sign stands still, as the reflector reads it.

@@ -1,22 +1,17 @@
 // The line-21 decoder, by behaviour: the caption modes, the channel gate,
-// repeated pairs, byte assembly and the write position at its limits. (The
-// flush timer is run by the decoder window's tests.)
+// repeated pairs, byte assembly, the write position at its limits and the
+// character tables; and the caption memory's banks and row readers.
 
 #include <gtest/gtest.h>
 
 #include "line21/inl21.h"
+#include "platform/codepage.h"
 #include "support/l21fakes.h"
 
 namespace zelvan {
 namespace {
 
-using testing::FakeL21View;
-using testing::feedL21;
 using testing::l21Pair;
-
-std::string twice(int f, int s) {
-    return l21Pair(f, s) + l21Pair(f, s);
-}
 
 const std::string kRCL = l21Pair(0x14, 0x20), kBS = l21Pair(0x14, 0x21), kRU2 = l21Pair(0x14, 0x25),
                   kEDM = l21Pair(0x14, 0x2C), kCR = l21Pair(0x14, 0x2D), kENM = l21Pair(0x14, 0x2E),
@@ -25,8 +20,6 @@ const std::string kRCL = l21Pair(0x14, 0x20), kBS = l21Pair(0x14, 0x21), kRU2 = 
 
 struct DecoderTest : ::testing::Test {
     InL21 m;
-    VirtualDispatch dispatch;
-    FakeL21View window{m, dispatch};
     std::string out;
 
     std::int16_t feed(const std::string& b) {
@@ -46,38 +39,35 @@ struct DecoderTest : ::testing::Test {
         m.initL21();
         feed(kRCL + kRow1 + std::string(col - 1, '.'));
     }
+    char32_t storedAtRow1(const std::string& bytes) {
+        startAt(1);
+        feed(bytes);
+        return codepage::toUnicode(static_cast<std::uint8_t>(m.rowString(2, 1)[0]));
+    }
 };
 
 TEST_F(DecoderTest, PopOnLoadsOffScreenAndWritesOnInTheBankOnShow) {
     feed(kRCL + kRow15 + "Hi");
     EXPECT_EQ(m.getExternalTextL21(15), "") << "loaded off screen";
-    EXPECT_EQ(feed(kEOC), 1);
-    EXPECT_EQ(m.getExternalTextL21(15), "Hi");
-    // No RCL: writing goes on in the same physical bank, now on show.
-    feed(kRow1 + "B");
-    EXPECT_EQ(m.getExternalTextL21(1), "B");
-    // A flip of an emptied bank blanks the display.
+    feed(kEOC + kRow1 + "B");
+    EXPECT_EQ(m.getExternalTextL21(15) + m.getExternalTextL21(1), "HiB")
+        << "no RCL: writing goes on in the bank now on show";
     EXPECT_EQ(feed(kRCL + kENM + kEOC), 1);
-    EXPECT_TRUE(blank(m.iDM));
+    EXPECT_TRUE(blank(m.iDM)) << "a flip of an emptied bank blanks the display";
 }
 
-TEST_F(DecoderTest, RollUpEntryErasesBothBanksButADepthChangeDoesNot) {
+TEST_F(DecoderTest, RollUpEntryErasesBothBanksAndACrEndsTheLine) {
     feed(kRCL + kRow15 + "shown" + kEOC + kRCL + kRow15 + "loaded" + kRU2);
     EXPECT_TRUE(blank(1) && blank(2));
-    feed(kRow15 + "kept" + l21Pair(0x14, 0x26) + l21Pair(0x14, 0x27));
-    EXPECT_EQ(m.getExternalTextL21(15), "kept");
-}
-
-TEST_F(DecoderTest, RollUpLineEndsAtCrAndTheNextByteErasesIt) {
-    feed(twice(0x14, 0x25) + twice(0x14, 0x70) + kRow1 + "AB");
-    EXPECT_EQ(m.getExternalTextL21(1), "AB") << "roll-up text is on show as it comes";
+    feed(kRow15 + "AB" + l21Pair(0x14, 0x26));
+    EXPECT_EQ(m.getExternalTextL21(15), "AB")
+        << "on show as it comes; a depth change erases nothing";
     EXPECT_EQ(feed(kCR), 3);
     EXPECT_EQ(out, "AB" + std::string(30, ' '));
     EXPECT_EQ(feed("\x14"), 0);
-    EXPECT_EQ(m.getExternalTextL21(1), "") << "erased by a byte that itself does nothing";
-    EXPECT_EQ(feed("\x2D"), 0) << "the doubled CR is a repeat";
+    EXPECT_EQ(m.getExternalTextL21(15), "") << "erased by a byte that itself does nothing";
     // The CR code of the second field ends the line but carries no text.
-    EXPECT_EQ(feed(l21Pair(0x15, 0x2D)), 3);
+    EXPECT_EQ(feed("\x2D" + l21Pair(0x15, 0x2D)), 3);
     EXPECT_EQ(out, "");
 }
 
@@ -92,37 +82,27 @@ TEST_F(DecoderTest, EdmWhileACaptionLoadsSendsTheRestToRow1UnlessSetToKeepThePos
         feed("I'm in" + kEOC);
         EXPECT_EQ(m.getExternalTextL21(1), keep ? "" : "I'm in");
         EXPECT_EQ(m.getExternalTextL21(15), keep ? "Yes, I'm in" : "Yes,");
+        // Roll-up and paint-on follow an EDM with a row code: no change there.
+        for (const std::string& mode : {kRU2, l21Pair(0x14, 0x29)}) {
+            m.initL21();
+            feed(mode + kRow15 + "older" + kEDM + kRow15 + "new");
+            EXPECT_EQ(m.getExternalTextL21(15), "new") << keep;
+        }
     }
 }
 
-TEST_F(DecoderTest, GateDropsTextBeforeTheFirstCommandWithoutTouchingAnything) {
-    m.view = &window;
-    out = "left alone";
-    EXPECT_EQ(feed("A"), 0);
-    EXPECT_EQ(out, "left alone");
-    EXPECT_TRUE(window.refreshes.empty());
-    EXPECT_TRUE(blank(2));
-    feed(kRCL + "H");
-    EXPECT_EQ(window.rtbNM.substr(0, 1), "H") << "the panes follow once the gate opens";
-}
-
-TEST_F(DecoderTest, SecondChannelTakesOnlyItsOwnCommandsAndRowCodes) {
+// Row codes and special characters act whatever the gate; the second
+// channel's mid-row, special, tab and other row codes do nothing here.
+TEST_F(DecoderTest, SecondChannelTakesOnlyItsOwnCommands) {
     m.iChannel = 1;
-    feed(kRCL + kRow15 + "one");
-    EXPECT_FALSE(m.bChannelActive);
-    EXPECT_EQ(m.iRow, 15) << "a row code acts on a shut gate";
-    EXPECT_TRUE(blank(2));
-    feed(l21Pair(0x1C, 0x20) + l21Pair(0x1D, 0x60) + "two");
-    // Mid-row, special, tab and other row codes of the second channel are dropped.
-    feed(l21Pair(0x19, 0x20) + l21Pair(0x19, 0x37) + l21Pair(0x1F, 0x21) + l21Pair(0x1A, 0x40));
-    EXPECT_EQ(m.iRow * 100 + m.iCol, 604);
-    feed(l21Pair(0x1D, 0x2F) + l21Pair(0x14, 0x30));
-    EXPECT_EQ(m.getExternalTextL21(6), "two");
-    EXPECT_TRUE(m.bChannelActive) << "0x14 0x30 is no command and makes no channel test";
-    feed(kCR);
-    EXPECT_FALSE(m.bChannelActive) << "the flush pair belongs to the first channel";
-    feed(l21Pair(0x11, 0x37));
-    EXPECT_EQ(row(m.iDM, 1), "\x95") << "special characters ignore the gate";
+    feed(kRCL + kRow15 + "one" + l21Pair(0x1C, 0x20) + "two");
+    feed(l21Pair(0x19, 0x20) + l21Pair(0x19, 0x37) + l21Pair(0x1F, 0x21) + l21Pair(0x1A, 0x40) +
+         "2");
+    feed(l21Pair(0x1D, 0x2F) + l21Pair(0x14, 0x30) + "!");
+    EXPECT_EQ(m.getExternalTextL21(15), "two2");
+    EXPECT_EQ(m.getExternalTextL21(1), "!") << "0x14 0x30 is no command and shuts no gate";
+    feed(kCR + "x" + l21Pair(0x11, 0x37));
+    EXPECT_EQ(row(m.iDM, 1), "!\x95") << "the flush pair belongs to the first channel";
 }
 
 TEST_F(DecoderTest, RepeatsLastUntilAcceptedText) {
@@ -140,8 +120,8 @@ TEST_F(DecoderTest, RepeatsLastUntilAcceptedText) {
     m.initL21();
     feed(kEOC);
     m.iChannel = 1;
-    feed(kEOC);
-    EXPECT_TRUE(m.bChannelActive) << "a repeat makes no channel test";
+    feed(kEOC + "t");
+    EXPECT_EQ(m.getExternalTextL21(1), "t") << "a repeat makes no channel test";
 }
 
 // A pair opens at a byte 0x10-0x1F; any byte below 0x10, 0x7F or with bit 7
@@ -169,27 +149,32 @@ TEST_F(DecoderTest, PairsAreFoundByTheirFirstByteOnly) {
 // Each case starts pop-on at row 1, column `col`, dots before it: text past
 // column 32 piles up there, a tab moves 1 to 3 columns up to 32, a backspace
 // stops at column 1, a mid-row code writes a blank, and an extended character
-// replaces the fallback before it, even one piled up on column 32.
+// replaces the fallback before it, even one piled up on column 32. A row code
+// picks the upper or lower row by its second byte and indents 1, 5 ... 29 with
+// the low (underline) bit ignored; codes with no row leave the position alone.
 TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
     const std::string dots30(30, '.');
     const struct {
         int col;
         std::string stream, row;
-        int endCol;
+        int endRowCol;
     } cases[] = {
-        {1, dots30 + ".abc" + kBS, dots30 + " c", 31},
-        {1, "a" + kBS + kRow1 + kBS, "", 1},
-        {1, "a" + l21Pair(0x11, 0x2E) + "b", "a b", 4},
-        {31, "a" + l21Pair(0x12, 0x30) + "bc" + l21Pair(0x12, 0x31), dots30 + "\xC0\xC2", 32},
-        {1, l21Pair(0x17, 0x21), "", 2},
-        {31, l21Pair(0x17, 0x23), dots30, 32},
-        {5, l21Pair(0x17, 0x24), "....", 5},
+        {1, dots30 + ".abc" + kBS, dots30 + " c", 131},
+        {1, "a" + kBS + kRow1 + kBS, "", 101},
+        {1, "a" + l21Pair(0x11, 0x2E) + "b", "a b", 104},
+        {31, "a" + l21Pair(0x12, 0x30) + "bc" + l21Pair(0x12, 0x31), dots30 + "\xC0\xC2", 132},
+        {1, l21Pair(0x17, 0x21), "", 102},
+        {31, l21Pair(0x17, 0x23), dots30, 132},
+        {5, l21Pair(0x17, 0x24), "....", 105},
+        {5, l21Pair(0x10, 0x60), "....", 105},
+        {1, l21Pair(0x14, 0x53), "", 1405},
+        {1, l21Pair(0x1C, 0x5F), "", 1429},
     };
     for (const auto& c : cases) {
         startAt(c.col);
         feed(c.stream);
         EXPECT_EQ(row(2, 1), c.row) << ::testing::PrintToString(c.stream);
-        EXPECT_EQ(m.iRow * 100 + m.iCol, 100 + c.endCol) << ::testing::PrintToString(c.stream);
+        EXPECT_EQ(m.iRow * 100 + m.iCol, c.endRowCol) << ::testing::PrintToString(c.stream);
     }
     for (const auto& [code, ch] :
          {std::pair{l21Pair(0x13, 0x34), "\xDF"}, {l21Pair(0x11, 0x37), "\x95"}}) {
@@ -199,19 +184,43 @@ TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
     }
 }
 
-// Upper or lower row by the second byte, indent 1, 5 ... 29 with the low
-// (underline) bit ignored; codes with no row leave the position alone.
-TEST_F(DecoderTest, RowCodesSetRowAndIndentAndWriteNothing) {
-    const int cases[][4] = {
-        {0x11, 0x41, 1, 1}, {0x10, 0x60, 7, 9}, {0x14, 0x53, 14, 5}, {0x1C, 0x5F, 14, 29}};
-    for (const auto& [f, s, row, col] : cases) {
-        m.initL21();
-        m.iRow = 7;
-        m.iCol = 9;
-        feed(l21Pair(f, s));
-        EXPECT_EQ(m.iRow * 100 + m.iCol, row * 100 + col) << std::hex << f << " " << s;
-        EXPECT_TRUE(blank(1) && blank(2));
+// Both ends of each two-byte table against the characters the codes stand for
+// (as Unicode), so a shifted table fails; text bytes are stored as they are
+// but for nine substitutions.
+TEST_F(DecoderTest, CharactersLandAsTheirCodesSay) {
+    const std::tuple<int, int, char32_t> cases[] = {
+        {0x11, 0x30, U'\u00AE'}, {0x11, 0x37, U'\u2022'}, {0x11, 0x3F, U'\u00FB'},
+        {0x12, 0x20, U'\u00C1'}, {0x12, 0x3F, U'\u00BB'}, {0x13, 0x20, U'\u00C3'},
+        {0x13, 0x3B, U'\u00F8'}};
+    for (const auto& [first, second, expected] : cases)
+        EXPECT_EQ(storedAtRow1(l21Pair(first, second)), expected)
+            << std::hex << first << " " << second;
+    const std::u32string from = U"*\\^_`{|}~";
+    const std::u32string to = U"\u00E1\u00E9\u00ED\u00F3\u00FA\u00E7\u00F7\u00D1\u00F1";
+    for (int c = 0x20; c <= 0x7E; ++c) {
+        const std::size_t sub = from.find(static_cast<char32_t>(c));
+        EXPECT_EQ(storedAtRow1(std::string(1, static_cast<char>(c))),
+                  sub == from.npos ? static_cast<char32_t>(c) : to[sub])
+            << std::hex << "text byte 0x" << c;
     }
+}
+
+// Fill patterns belong to bank numbers and flips swap the roles; init blanks
+// both banks and leaves the channel alone.
+TEST(CaptionMemory, PatternsFlipsAndInit) {
+    InL21 m;
+    m.fillMemory(m.iDM);
+    m.flipMemory();
+    m.fillMemory(m.iDM);
+    EXPECT_EQ(m.getExternalTextL21(15) + m.memoryText(m.iNM).substr(0, 32),
+              std::string(32, '2') + std::string(32, '1'));
+    EXPECT_EQ(m.getExternalTextL21(0) + m.getExternalTextL21(16), "") << "rows out of range";
+    m.iChannel = 1;
+    m.initL21();
+    EXPECT_EQ(m.iDM * 10 + m.iNM + m.iChannel, 13);
+    std::string blank;
+    for (int row = 1; row <= 15; ++row) blank += std::string(32, ' ') + (row < 15 ? "\r\n" : "");
+    EXPECT_EQ(m.memoryText(1) + m.memoryText(2), blank + blank);
 }
 
 }  // namespace

@@ -1,17 +1,22 @@
-// The timecode board window's rules, register by register, over a scripted
-// board library: finding and naming the boards, the setup of a PCI board, the
-// caption word rules of a poll and the poll's share of the ring.
+// The timecode board window over a scripted board library: naming the boards,
+// the setup, the words of a poll and its share of the ring. Then the simulated
+// board on virtual time, register by register; the program plays it to the
+// sign in boardendtoend_test.
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "line21/l21boardinput.h"
+#include "platform/simulatedboard.h"
 #include "support/fakes.h"
 #include "support/scriptedboard.h"
+#include "support/testdata.h"
 
 namespace zelvan {
 namespace {
 
-using Log = std::vector<std::string>;
+using testing::Log;
 
 // Two caption bytes with their parity bits, in a word with data and the marker.
 constexpr std::uint32_t word(std::uint8_t first, std::uint8_t second) {
@@ -29,11 +34,6 @@ struct BoardInput : ::testing::Test {
         input = std::make_unique<L21BoardInput>(rig.tavo, memory, lib, view);
         lib.log.clear();
     }
-    Log listed() const {
-        Log texts;
-        for (const auto& e : input->entries()) texts.push_back(e.text);
-        return texts;
-    }
     // A PCI board at CC00, set up, with these words waiting.
     void pciBoardWith(std::initializer_list<std::uint32_t> words) {
         lib.kinds = {{0xCC00, 4}};
@@ -49,20 +49,17 @@ TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport)
     lib.kinds = {{0x1000, 1}, {0x220, 3}, {0xCC00, 4}, {0xDD00, 4}, {0x380, 7}};
     for (BoardRegister r = 0; r < 5; ++r) lib.regs[{0x220, 0x3E0 + r}] = "RDRB2"[r];
     lib.regs[{0x220, 0x3EF}] = 0x93;
-    lib.regs[{0xCC00, 0x08}] = 0xA0;  // model 1010, revision A1
-    lib.regs[{0xCC00, 0x06}] = 'A';
-    lib.regs[{0xCC00, 0x07}] = '1';
+    for (auto [reg, v] : {std::pair{0x08, 0xA0}, {0x06, 'A'}, {0x07, '1'}})
+        lib.regs[{0xCC00, reg}] = v;  // model 1010, revision A1
     lib.regs[{0xDD00, 0x08}] = 0x60;  // a model no table holds: the name read before stays
-    input = std::make_unique<L21BoardInput>(rig.tavo, memory, lib, view);
-    EXPECT_EQ(lib.log.front(), "check 1000");
-    EXPECT_EQ(std::count(lib.log.begin(), lib.log.end(), "check 3A0"), 1);
-    EXPECT_EQ(listed(),
-              (Log{"No Board Currently Selected", "PC-LTC/IOR at 1000",
-                   "PCI-VLTC/GeN (rev. A1 )  at  CC00", "PCI-VLTC/GeN (rev. A1 )  at  DD00",
-                   "PC-VITC/RDR (rev. B2 )  at  220"}));
+    load();
+    Log listed;
+    for (const auto& e : input->entries()) listed.push_back(e.text);
+    EXPECT_EQ(listed, (Log{"No Board Currently Selected", "PC-LTC/IOR at 1000",
+                           "PCI-VLTC/GeN (rev. A1 )  at  CC00", "PCI-VLTC/GeN (rev. A1 )  at  DD00",
+                           "PC-VITC/RDR (rev. B2 )  at  220"}));
     // The first found is in use, whatever its kind; a kind 1 board stays silent.
     EXPECT_EQ(input->boardAddress, 0x1000);
-    lib.log.clear();
     lib.regs[{0x1000, 0xFE}] = 1;
     input->readBoard();
     EXPECT_TRUE(lib.log.empty());
@@ -71,14 +68,6 @@ TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport)
     input->cboBrdLst_Click(0);
     EXPECT_EQ(input->boardAddress, 0xCC00);
     EXPECT_EQ(input->boardKind, 4);
-}
-
-TEST_F(BoardInput, WithNoBoardTheListHoldsOneEntryAndNothingIsRead) {
-    load();
-    EXPECT_EQ(listed(), Log{"No Board Currently Selected"});
-    EXPECT_EQ(input->selectedEntry(), 0);
-    input->readBoard();
-    EXPECT_TRUE(lib.log.empty());
 }
 
 TEST_F(BoardInput, APciBoardIsSetUpAtLoadWhenItAsks) {
@@ -99,8 +88,7 @@ TEST_F(BoardInput, APciBoardIsSetUpAtLoadWhenItAsks) {
 TEST_F(BoardInput, APollTakesValidWordsInRegisterOrderWithoutParity) {
     pciBoardWith({word(0xC8, 0xE5), word(0xEC, 0xEC), word(0xEF, 0x20), word(0xD9, 0x2C)});
     EXPECT_EQ(input->readCaptionData(0xCC00), "Hello Y,");
-    EXPECT_EQ(lib.log, (Log{"r1 FE@CC00", "r1 F@CC00", "r4 50@CC00", "r4 54@CC00", "r4 58@CC00",
-                            "r4 5C@CC00", "w1 2F=0@CC00"}));
+    EXPECT_EQ(lib.log.back(), "w1 2F=0@CC00") << "the poll closed after its words";
 
     // No data bit, a wrong marker, and a zero pair anywhere but the first register.
     const std::uint32_t zero = word(0x80, 0x80);
@@ -128,6 +116,96 @@ TEST_F(BoardInput, APollQueuesItsBytesOnlyWhenTheRingHasRoomForAWholePoll) {
     EXPECT_EQ(rig.tavo.queueRoom(), 0);
     EXPECT_EQ(rig.tavo.rawQueue[1015], 'A');
     EXPECT_EQ(rig.tavo.rawQueue[1022], 'H');
+}
+
+SccRecording scc(const std::string& lines) {
+    std::istringstream in("Scenarist_SCC V1.0\n\n" + lines);
+    return parseScc(in);
+}
+
+struct SimBoard : ::testing::Test {
+    long long now = 0;
+    SimulatedBoardSettings settings;
+    std::unique_ptr<SimulatedBoard> board;
+    BoardAddress at = 0xCC00;
+
+    // The board set up for output at `now`, as the board window does at load.
+    void play(const SccRecording& rec) {
+        board = std::make_unique<SimulatedBoard>(settings, rec, [this] { return now; });
+        std::uint8_t second = 0;
+        for (std::uint8_t command : {0x5A, 0x2F}) board->AEC_PCTC_SEND_COMMAND(command, second, at);
+    }
+    std::uint8_t read1(BoardRegister reg) {
+        std::uint8_t v = 0;
+        board->AEC_PCTC_READ_1BYTE(v, reg, at);
+        return v;
+    }
+    // Every word waiting at `ms`, taken in polls of four as the window does.
+    std::vector<std::uint32_t> wordsBy(long long ms) {
+        now = ms;
+        std::vector<std::uint32_t> words;
+        while (read1(0xFE) & 1) {
+            BoardRegister take = 0x2F;
+            for (BoardRegister reg : {0x50, 0x54, 0x58, 0x5C}) {
+                std::uint32_t w = 0;
+                board->AEC_PCTC_READ_4BYTES(w, reg, at);
+                if (w & 0x80000000u) words.push_back(w);
+            }
+            std::uint8_t zero = 0;
+            board->AEC_PCTC_WRITE_1BYTE(zero, take, at);
+        }
+        return words;
+    }
+};
+
+TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
+    MemorySettingsStore store;
+    store.set("Board", "Address", "0x2A4");  // not a board address: the default stays
+    EXPECT_EQ(readBoardSettings(store).address, 0xCC00);
+    store.set("Board", "Address", "0x2A0");
+    store.set("Board", "Loop", "True");
+    store.set("Board", "Model", "3");
+    settings = readBoardSettings(store);
+    EXPECT_TRUE(settings.loop);
+    const std::pair<const char*, int> cases[] = {{"/nonexistent.scc", 0},
+                                                 {ZELVAN_SAMPLES_DIR "/README.md", 0},
+                                                 {ZELVAN_SAMPLES_DIR "/popon-short.scc", 0x2A0}};
+    for (auto [path, where] : cases) {
+        settings.recording = path;
+        SimulatedBoard b(settings, [] { return 0LL; });
+        int found = 0;
+        for (BoardAddress a : kBoardAddresses) found += b.AEC_PCTC_CHECK_BOARD(a) ? a : 0;
+        EXPECT_EQ(found, where) << path;
+    }
+    board = std::make_unique<SimulatedBoard>(settings, [] { return 0LL; });
+    at = 0x2A0;
+    EXPECT_EQ(read1(0x08), 0x34) << "model 3, its setup to do";
+    EXPECT_EQ(std::string({static_cast<char>(read1(0x06)), static_cast<char>(read1(0x07))}), "A1");
+}
+
+TEST_F(SimBoard, WordsLeaveAtTheirTimecodesPaceFromTheSetupOn) {
+    now = 5000;  // the setup starts the recording, not the clock's zero
+    play(scc("00:00:10;00\t9420 9420\n00:10:00;00\t942f\n"));
+    EXPECT_EQ(wordsBy(5033).size(), 1u);
+    EXPECT_EQ(wordsBy(5034).size(), 1u);  // frame 1 at 33.4 ms
+    // 00:10:00;00 is 17682 frames on, counted drop-frame: 589989.4 ms.
+    EXPECT_EQ(wordsBy(5000 + 589989).size(), 0u);
+    EXPECT_EQ(wordsBy(5000 + 589990).size(), 1u);
+}
+
+TEST_F(SimBoard, ALatePollLosesNoWordAndParityStaysInBits7And15) {
+    const SccRecording rec = testing::sample("popon-short.scc");
+    play(rec);
+    std::vector<std::uint32_t> want;
+    for (const SccTimedWord& w : sccSchedule(rec))
+        want.push_back(0xC0000000u | (w.word & 0xFFu) << 8 | w.word >> 8);
+    EXPECT_EQ(wordsBy(10 * 60 * 1000), want);
+    EXPECT_EQ(want.front(), 0xC000AE94u) << "94ae, as broadcast";
+
+    settings.loop = true;  // a loop starts over a frame after the last word
+    now = 0;
+    play(scc("00:00:00:00\t9420 942f\n"));
+    EXPECT_EQ(wordsBy(10 * 1001).size(), 301u);
 }
 
 }  // namespace

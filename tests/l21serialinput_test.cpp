@@ -1,26 +1,30 @@
-// The line-21 serial window's rules over a fake port on virtual time: opening
-// and capturing, the way bytes from the box reach the caption memory, the
-// flush timer, a selection made while capturing (hideForm) and the test button.
+// The line-21 serial window over a fake port on virtual time: opening and
+// capturing, the flush timer, a selection made while capturing; then recorded
+// caption streams through the capture path, the SCC reader included.
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "line21/l21serialinput.h"
 #include "support/fakes.h"
 #include "support/fakeserialport.h"
 #include "support/l21fakes.h"
 #include "support/recordinglinkview.h"
+#include "support/testdata.h"
 
 namespace zelvan {
 namespace {
 
 using testing::Log;
 using testing::Rig;
+using testing::sample;
+using Captions = std::vector<std::string>;
 
 const std::string kBlankBank = InL21().memoryText(1);
 
-const std::string kPopOnHi = testing::popOnCaption("Hi");
 // Into roll-up, at row 15.
 const std::string kRollUpStart = "\x14\x25\x14\x25\x14\x70\x14\x70";
 const std::string kCR = "\x14\x2D\x14\x2D";
@@ -53,6 +57,21 @@ struct L21SerialTest : ::testing::Test {
     void closeAt(long long ms) {
         rig.dispatch.postAt(ms, [this] { input->cmdPortOpen_Click(); });
     }
+    // A recording's bytes, each timecode's drained before the next as the capture
+    // loop would between two receive events; the captions the display reads.
+    const Captions& play(const std::string& file, bool edmKeepsPosition = false) {
+        memory.initL21();
+        memory.EdmKeepsPosition = edmKeepsPosition;
+        display.captions.clear();
+        display.stamp = nullptr;
+        tavo.frmL21Serial = input.get();
+        tavo.bInL21Serial = true;
+        for (const SccLine& line : sample(file).lines) {
+            rig.queue(line.bytes());
+            while (!tavo.queueEmpty()) tavo.drainQueue();
+        }
+        return display.captions;
+    }
     int markers(const char* text) const {
         const std::string& pane = rig.shell.view.read.text();
         int n = 0;
@@ -61,8 +80,7 @@ struct L21SerialTest : ::testing::Test {
     }
 };
 
-// showForm in its order, with the stored section and channel CC1; the port
-// doesn't open, so there is one message, no capture, and the window stays.
+// The port doesn't open: one message, no capture, and the window stays.
 TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays) {
     rig.store.set("L21Port", "baud", "9600");
     memory.iChannel = 5;
@@ -72,23 +90,26 @@ TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays)
     EXPECT_EQ(view.calls, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
                                "box:Couldn't open port.|No such file or directory"}));
     EXPECT_EQ(memory.iChannel, 0);
-    EXPECT_EQ(tavo.InputFilterType, 1);
     EXPECT_EQ(markers("START CAPTURE"), 0);
     EXPECT_TRUE(view.visible);
-    EXPECT_EQ(view.openCaption, kCaptionOpen);
     EXPECT_EQ(view.dm, kBlankBank);  // the panes show the memory all the same
+    // The test button writes the rows on show, wherever the flips have left them.
+    memory.flipMemory();
+    input->Command1_Click();
+    EXPECT_EQ(memory.getExternalTextL21(1) + "|" + memory.getExternalTextL21(2),
+              "this is line 1|this is line 2");
+    EXPECT_EQ(memory.memoryText(memory.iNM), kBlankBank);
 }
 
-// Bytes already on the ring from before are dropped when the port opens; what
-// the box sends goes through the capture loop into the caption memory and
-// the panes, and the history panes see it.
+// Bytes already on the ring are dropped when the port opens; what the box
+// sends reaches the caption memory, the panes and the history.
 TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop) {
     rig.queue(
         "\x14\x2C"
         "stale");
     rig.dispatch.postAt(50, [this] { EXPECT_EQ(view.openCaption, kCaptionClose); });
-    deliverAt(100, kPopOnHi.substr(0, 9));
-    deliverAt(200, kPopOnHi.substr(9));
+    deliverAt(100, testing::popOnCaption("Hi").substr(0, 9));
+    deliverAt(200, testing::popOnCaption("Hi").substr(9));
     closeAt(1000);
     select();  // returns when the close stops capture
     EXPECT_NE(view.dm.find("Hi"), std::string::npos);
@@ -97,16 +118,16 @@ TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop)
     EXPECT_EQ(markers("END CAPTURE"), 1);
 }
 
-// The first roll-up line waits for its CR, since the timer isn't running yet.
-// From the first finished line on, a pause ends a partial line 5 seconds after
-// the last line with text ended. A silent stream then changes nothing, however
-// often the timer fires.
+// Roll-up text reaches the pane as it comes. The first line waits for its CR;
+// from then on a pause ends a partial line 5 s after the last line ended, and
+// silence changes nothing.
 TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     deliverAt(100, kRollUpStart + "AB");
     deliverAt(10000, kCR);
     deliverAt(11000, "CD");
     deliverAt(12000, kCR);
     deliverAt(13000, "EF");
+    rig.dispatch.postAt(11500, [&] { EXPECT_NE(view.dm.find("CD"), std::string::npos); });
     std::string memoryOnceSilent;
     rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
     closeAt(60000);
@@ -118,10 +139,8 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);
 }
 
-// Selecting the board filter while this one captures: the stop goes up, this
-// window stops its flush timer, closes its port and saves its section, and the
-// old loop ends once the handler has returned to it. No flush pair is queued
-// for the board filter, which wouldn't reset the ring.
+// Selecting the board filter while this one captures closes the port, saves
+// the section and queues no flush pair for the board filter.
 TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {
     deliverAt(100, kRollUpStart + "AB" + kCR);
     rig.dispatch.postAt(300, [this] { port.setBaud(4800); });
@@ -132,28 +151,59 @@ TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {
     rig.dispatch.postAt(1000, [this] { rig.console().obIFL21USB_Click(); });
     select();
     EXPECT_TRUE(closedBeforeTheNextShows);
-    EXPECT_TRUE(tavo.bInL21USB);
     EXPECT_EQ(markers("END CAPTURE"), 1);
     EXPECT_EQ(rig.store.get("L21Port", "baud", ""), "4800");
-    EXPECT_EQ(memory.view, nullptr);
 
     const std::int32_t counted = tavo.totalChars;
     rig.dispatch.advance(30000);
     EXPECT_EQ(tavo.totalChars, counted);
 }
 
-// A new window starts from blank memory; the test button writes the rows on
-// show, wherever the flips have left the displayed bank.
-TEST_F(L21SerialTest, NewWindowStartsBlankAndTheTestButtonWritesTheDisplayedRows) {
-    memory.fillMemory(1);
-    memory.fillMemory(2);
-    L21SerialInput again(tavo, memory, port, view);
-    EXPECT_EQ(memory.memoryText(1) + memory.memoryText(2), kBlankBank + kBlankBank);
-    memory.flipMemory();
-    again.Command1_Click();
-    EXPECT_EQ(memory.getExternalTextL21(1) + "|" + memory.getExternalTextL21(2),
-              "this is line 1|this is line 2");
-    EXPECT_EQ(memory.memoryText(memory.iNM), kBlankBank);
+TEST_F(L21SerialTest, RecordedRollUpLinesEndAtEachCrOnRow15) {
+    const Captions& c = play("rollup-mixed-rows.scc");
+    ASSERT_EQ(c.size(), 16u);
+    EXPECT_EQ(c[0], "3:") << "a CR before any text ends an empty line";
+    EXPECT_EQ(c[1], "3: 15[>>> HI.]");
+    EXPECT_EQ(c[7] + c[8], "3: 15[\xAE\xB0\xBD]3: 15[ABCDE\xFB]");
+    // four extended characters with no fallbacks between them, each
+    // replacing the one before
+    EXPECT_EQ(c[9], "3: 15[\xA1]");
+    EXPECT_EQ(c[15], "3: 15[And wildlife.]");
+}
+
+TEST_F(L21SerialTest, RecordedPaintOnChangesRowsInPlaceWithoutAStyle) {
+    EXPECT_TRUE(play("painton.scc").empty());
+    EXPECT_EQ(tavo.getExternalText(14), "    Pellentesque interdum lacin.");
+    EXPECT_EQ(tavo.getExternalText(15), "    Integer luctus et ligula ac.");
+}
+
+// Some captions are loaded across an EDM: by default their rest lands on row
+// 1; keeping the write position puts them in viewers' order.
+TEST_F(L21SerialTest, RecordedNewsBroadcastLosesNoCaptionWhateverTheEdmSetting) {
+    for (const bool keep : {false, true}) {
+        const Captions& c = play("news-2018-12-17-popon.scc", keep);
+        ASSERT_EQ(c.size(), 1372u) << "one per EOC or EDM in the file that isn't a repeat";
+        EXPECT_EQ(c[1], "1: 14[        From New York,] 15[    this is Democracy Now!]");
+        EXPECT_EQ(c[3], keep ? "1: 14[     Yes, I'm supporting] 15[        Donald Trump.]"
+                             : "1: 1[ I'm supporting] 14[     Yes,] 15[        Donald Trump.]");
+        EXPECT_GT(std::count_if(c.begin(), c.end(), [](auto& s) { return s != "1:"; }), 1000);
+    }
+}
+
+// Parity and padding are checked by the recordings above and the board tests.
+TEST(SccReader, NamesBadLinesAndSendsAWordAFrameDelayingWhatOverlaps) {
+    std::istringstream in(
+        "Scenarist_SCC V1.0\n\n00:00:10:00\t9420 c845 8080\r\n00:00:10:01\t94ad\n"
+        "00:00:02:00\t94zz\n00:61:00:00\t9420\n00:00:11:00\t5555\n");
+    const SccRecording rec = parseScc(in);
+    EXPECT_EQ(rec.errors, (std::vector<std::string>{"line 5: bad word \"94zz\"",
+                                                    "line 6: bad timecode \"00:61:00:00\""}));
+    std::vector<long> frames;
+    for (const SccTimedWord& w : sccSchedule(rec)) frames.push_back(w.frame);
+    EXPECT_EQ(frames, (std::vector<long>{0, 1, 2, 3, 30}));
+    EXPECT_EQ(readSccFile("/nonexistent.scc").errors,
+              std::vector<std::string>{"can't read /nonexistent.scc"});
+    EXPECT_NONFATAL_FAILURE(sample("absent.scc"), "absent.scc");
 }
 
 }  // namespace

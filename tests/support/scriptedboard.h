@@ -1,8 +1,7 @@
 #pragma once
 // A board library whose answers a test scripts: the kind at each address and
-// each register's value. Every call is logged in order ("r1 FE@CC00",
-// "w1 2F=0@CC00", "cmd 5A,0@CC00", "check CC00"), so a test sees which
-// registers were touched, how, and at which address.
+// each register's value (unset: 0). Every call is logged in order: "r1 FE@CC00",
+// "w1 2F=0@CC00", "cmd 5A,0@CC00", "check CC00".
 
 #include <cstdio>
 #include <map>
@@ -18,7 +17,7 @@ class ScriptedBoard : public BoardLibrary {
   public:
     std::uint8_t AEC_PCTC_CHECK_BOARD(BoardAddress& a) override {
         log.push_back("check " + hex(a));
-        return kinds.count(a) ? kinds[a] : 0;
+        return kinds[a];
     }
     void AEC_PCTC_GET_DLL_INFO(std::string& info) override {
         log.push_back("info");
@@ -47,13 +46,13 @@ class ScriptedBoard : public BoardLibrary {
     }
 
     std::map<BoardAddress, std::uint8_t> kinds;
-    std::map<std::pair<BoardAddress, BoardRegister>, std::uint32_t> regs;  // unset: 0
+    std::map<std::pair<BoardAddress, BoardRegister>, std::uint32_t> regs;
     std::vector<std::string> log;
 
   private:
     std::uint32_t read(const char* what, BoardRegister r, BoardAddress a) {
         log.push_back(what + hex(r) + "@" + hex(a));
-        return regs.count({a, r}) ? regs[{a, r}] : 0;
+        return regs[{a, r}];
     }
 };
 
