@@ -5,7 +5,6 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <termios.h>
 
 #include <csignal>
 
@@ -36,6 +35,7 @@ long cpuMs() {
 struct QtPortTest : ::testing::Test, testing::QtRig {
     testing::PtyEnd pty;
     QtSerialPort port{dispatch, store};
+    testing::RecordingLinkView view;
     std::vector<std::int32_t> states;
 
     void SetUp() override {
@@ -47,11 +47,6 @@ struct QtPortTest : ::testing::Test, testing::QtRig {
     void openOrFail() {
         port.open();
         ASSERT_EQ(port.openState(), 1) << port.lastError();
-    }
-    termios lineSettings() const {
-        termios t{};
-        ::tcgetattr(pty.master, &t);
-        return t;
     }
 };
 
@@ -120,12 +115,8 @@ TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
 
 // --- through a link, as the windows use it ---
 
-struct QtLinkTest : QtPortTest {
-    testing::RecordingLinkView view;
-};
-
 // More than the pty holds at once; the sign reads while the close waits.
-TEST_F(QtLinkTest, DisplayCloseWaitsUntilTheFramesAreOut) {
+TEST_F(QtPortTest, DisplayCloseWaitsUntilTheFramesAreOut) {
     SerialLink link(kDisplayLink, port, tavo, view);
     link.openPort();
     const std::string frames(20000, 'F');
@@ -139,7 +130,7 @@ TEST_F(QtLinkTest, DisplayCloseWaitsUntilTheFramesAreOut) {
     EXPECT_FALSE(link.isPortOpen());
 }
 
-TEST_F(QtLinkTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
+TEST_F(QtPortTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
     // A stable name in front of the device, as udev gives a USB adapter.
     QTemporaryDir dir;
     const std::string alias = dir.filePath("ttyCaption").toStdString();
