@@ -1,5 +1,5 @@
 // The sign's frames: the board switch, a row in its three forms of writing,
-// the erase and a closed port.
+// and the erase; the closed port's notices are in the console test.
 
 #include "display/protocol.h"
 
@@ -39,16 +39,14 @@ TEST_F(ProtocolTest, BoardToggleAlternatesInThePlainAndTheReversedCodes) {
 TEST_F(ProtocolTest, RowGoesOutPlainOrReversedToEndInColumn32) {
     out.writeLine("AB", 2, 1);
     out.writeLine("  A\x95", 1, 1);
-    out.writeLine(std::string(31, 'x') + "Y", 1, 1);
     out.bReverse = false;
     out.writeLine("", 1, 1);  // still carries its row and column bytes
     out.writeLine("  A\x95", 3, 1);
     out.writeLine(testing::esc("A^42C"), 3, 1);  // an escape in caption text is read
-    EXPECT_EQ(link.writes,
-              (Writes{bytes({1, 0x20, 0x21, 0x3E, 'B', 'A', 1}),
-                      textFrame(1, 29, std::string(1, 0x7F) + "A  "),
-                      textFrame(1, 1, "Y" + std::string(31, 'x')), bytes({1, 0x20, 0x20, 0x20, 1}),
-                      textFrame(3, 1, "  A\x7F"), textFrame(3, 1, "ABC")}));
+    EXPECT_EQ(link.writes, (Writes{bytes({1, 0x20, 0x21, 0x3E, 'B', 'A', 1}),
+                                   textFrame(1, 29, std::string(1, 0x7F) + "A  "),
+                                   bytes({1, 0x20, 0x20, 0x20, 1}), textFrame(3, 1, "  A\x7F"),
+                                   textFrame(3, 1, "ABC")}));
 }
 
 TEST_F(ProtocolTest, SunriseSendsFourFramesPaddedFromColumn1) {
@@ -93,15 +91,6 @@ TEST_F(ProtocolTest, EraseClearsTheRowsInUseOrWritesBlanksUnderSunrise) {
     EXPECT_EQ(link.writes.front(), bytes({1, 0x20, 0x7F, 0x2F, 1}));
     EXPECT_EQ(link.writes[12], textFrame(3, 1, std::string(32, ' ')));
     EXPECT_EQ(link.writes.back(), bytes({1, 0x20, 0x7F, 0x20, 1}));
-}
-
-TEST_F(ProtocolTest, ClosedPortGivesOneNoticePerFrame) {
-    link.open = false;
-    out.DWErase();
-    out.sendBright();
-    EXPECT_TRUE(link.writes.empty());
-    EXPECT_EQ(link.notices,
-              (std::vector<std::pair<bool, std::string>>(4, {true, "Open port first."})));
 }
 
 }  // namespace

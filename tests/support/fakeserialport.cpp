@@ -79,10 +79,6 @@ void FakeSerialPort::write(const std::string& bytes) {
     if (idle) restartDrain();
 }
 
-void FakeSerialPort::setupDialog() {
-    if (onSetupDialog) onSetupDialog(*this);
-}
-
 void FakeSerialPort::failNextOpen(std::string reason) {
     m_failOpen = true;
     m_failReason = std::move(reason);

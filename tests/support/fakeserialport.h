@@ -25,7 +25,7 @@ class FakeSerialPort : public SerialPort {
     void purgeBuffers() override;
     std::uint8_t readByte() override;
     void write(const std::string& bytes) override;
-    void setupDialog() override;
+    void setupDialog() override {}
     std::string deviceName() const override { return "/dev/fake0"; }
 
     // The next open (or close) fails and leaves the state as it was.
@@ -44,8 +44,6 @@ class FakeSerialPort : public SerialPort {
     std::string sent;                 // bytes that have left on the line
     int opens = 0, purges = 0;
     bool carrier = false;
-    // Runs inside setupDialog: plays the operator's choice.
-    std::function<void(SerialPort&)> onSetupDialog;
 
   private:
     void post(std::function<void()> fn);

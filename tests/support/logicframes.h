@@ -2,6 +2,7 @@
 // The frames the program's logic sends to the sign for a decoder box's line-21
 // stream: the reference the real program's output is held against.
 
+#include <array>
 #include <string>
 
 #include "display/console.h"
@@ -11,15 +12,21 @@
 
 namespace zelvan::testing {
 
-struct NullConsoleView : ConsoleView {
-    void showBox(ConsoleBox, bool) override {}
-    void showFilterCaption(const std::string&, int) override {}
+// The display window, recorded.
+struct RecordingConsoleView : ConsoleView {
+    void showBox(ConsoleBox box, bool on) override { boxes[static_cast<std::size_t>(box)] = on; }
+    void showFilterCaption(const std::string& caption, int colour) override {
+        filter = caption + "/" + std::to_string(colour);
+    }
     void showScrollLines(int) override {}
-    void showLinesText(const std::string&) override {}
-    void showPending(const std::string&) override {}
-    void placeWindow() override {}
-    void showWindow() override {}
-    void hideWindow() override {}
+    void showLinesText(const std::string& text) override { linesText = text; }
+    void showPending(const std::string& text) override { pending = text; }
+    void placeWindow() override { steps += "place "; }
+    void showWindow() override { steps += "show "; }
+    void hideWindow() override { steps += "hide "; }
+
+    std::array<bool, kConsoleBoxes> boxes{};
+    std::string filter, linesText, pending, steps;
 };
 
 struct ConsoleOutput : DisplayOutput {
@@ -40,7 +47,7 @@ inline std::string logicFrames(const std::string& stream) {
     Tavo& tavo = program.tavo;
     FakeSerialPort signPort(program.dispatch);
     testing::RecordingLinkView linkView;
-    NullConsoleView consoleView;
+    RecordingConsoleView consoleView;
     DisplayConsole console(tavo, signPort, linkView, consoleView);
     ConsoleOutput output(console);
     tavo.splitStartupBarker();

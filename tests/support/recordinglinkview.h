@@ -23,7 +23,6 @@ struct RecordingLinkViewOf : View {
     void setOpenCaption(const std::string& c) override { openCaption = c; }
     void setSetupCaption(const std::string& t) override {
         setupCaption = t;
-        ++setupCaptions;
         calls.push_back("setup:" + t);
     }
     void showReminder(bool visible) override { reminder = visible; }
@@ -31,7 +30,6 @@ struct RecordingLinkViewOf : View {
 
     std::vector<std::string> boxes, alerts, calls;
     std::string openCaption = kCaptionOpen, setupCaption, notice;
-    int setupCaptions = 0;
     bool reminder = false;
 };
 
@@ -45,12 +43,12 @@ struct RecordingL21SerialView : RecordingLinkViewOf<L21SerialView> {
     }
     void hideWindow() override { visible = false; }
     void setDMText(const std::string& text) override { dm = text; }
-    void setNMText(const std::string& text) override { nm = text; }
+    void setNMText(const std::string&) override {}
     void showChannel(std::int16_t index) override {
         calls.push_back("channel:" + std::to_string(index));
     }
 
-    std::string dm, nm;
+    std::string dm;
     bool visible = false;
 };
 

@@ -55,8 +55,8 @@ std::unique_ptr<Timer> VirtualDispatch::makeTimer(std::function<void()> onFire) 
     return std::make_unique<VTimer>(*this, std::move(onFire));
 }
 
-void VirtualDispatch::fireTimersDue() {
-    // Copy: a handler may create or destroy timers.
+// Copy: a handler may create or destroy timers. True if any was due.
+bool VirtualDispatch::fireTimersDue() {
     std::vector<VTimer*> due;
     for (VTimer* t : m_timers)
         if (t->armed() && t->due() <= m_now) due.push_back(t);
@@ -64,29 +64,21 @@ void VirtualDispatch::fireTimersDue() {
         if (std::find(m_timers.begin(), m_timers.end(), t) != m_timers.end() && t->armed() &&
             t->due() <= m_now)
             t->fire();
+    return !due.empty();
 }
 
 // Runs what is pending at the current time. Events posted while these run wait
 // for the next yield, as in a real event loop.
 bool VirtualDispatch::runDue() {
-    bool ran = false;
     std::deque<std::function<void()>> batch;
     batch.swap(m_posted);
     while (!m_scheduled.empty() && m_scheduled.begin()->first <= m_now) {
         batch.push_back(std::move(m_scheduled.begin()->second));
         m_scheduled.erase(m_scheduled.begin());
     }
-    for (auto& fn : batch) {
-        fn();
-        ran = true;
-    }
-    const bool anyTimer = std::any_of(m_timers.begin(), m_timers.end(),
-                                      [&](VTimer* t) { return t->armed() && t->due() <= m_now; });
-    if (anyTimer) {
-        fireTimersDue();
-        ran = true;
-    }
-    return ran;
+    for (auto& fn : batch) fn();
+    const bool timers = fireTimersDue();
+    return timers || !batch.empty();
 }
 
 long long VirtualDispatch::nextDeadline() const {

