@@ -5,6 +5,7 @@
 #include "display/signmodel.h"
 #include "support/logicframes.h"
 #include "support/programrig.h"
+#include "support/testdata.h"
 
 namespace zelvan {
 namespace {
@@ -14,7 +15,8 @@ using testing::popOnCaption;
 using testing::ProgramRig;
 
 struct EndToEnd : ::testing::Test {
-    ProgramRig rig{ZELVAN_BINARY};
+    explicit EndToEnd(const std::string& extraIni = "") : rig(ZELVAN_BINARY, extraIni) {}
+    ProgramRig rig;
     SignModel sign;
 
     // Up once the decoder port is held and the open's purge has passed.
@@ -53,6 +55,23 @@ TEST_F(EndToEnd, CaptionsFromTheSerialDecoderReachTheSignAsTheLogicSendsThem) {
     const std::string bothFrames = testing::logicFrames(popOn + rollUp);
     EXPECT_TRUE(rig.waitUntil([&] { return rig.signBytes.ends_with(bothFrames); }, 5000));
     EXPECT_TRUE(signShows("First line")) << sign.dump();
+}
+
+struct BroadcastEndToEnd : EndToEnd {
+    BroadcastEndToEnd() : EndToEnd("[L21Decoder]\nEdmKeepsPosition=True\n") {}
+};
+
+// The news erases the screen while loading a caption; the stored setting,
+// read at start-up, keeps the words in the order viewers saw them.
+TEST_F(BroadcastEndToEnd, NewsCaptionLoadedAcrossAnEdmReachesTheSignAsViewersSawIt) {
+    std::string opening;
+    for (const SccLine& line : testing::sample("news-2018-12-17-popon.scc").lines)
+        if (line.frame < 18 * 30) opening += line.bytes();
+    rig.sendToBox(opening);
+    const auto shown = [&] {
+        return signShows("Yes, I'm supporting") && signShows("Donald Trump.");
+    };
+    EXPECT_TRUE(rig.waitUntil(shown, 5000)) << sign.dump();
 }
 
 }  // namespace
