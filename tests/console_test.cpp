@@ -64,6 +64,8 @@ TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {
 }
 
 TEST_F(ConsoleTest, ShowFormRunsTheFilterRedUntilTheOpenButtonClosesItFirst) {
+    console.setBox(ConsoleBox::Reverse, false);  // left so by an earlier showing
+    console.setBox(ConsoleBox::Sunrise, true);
     console.showForm();
     EXPECT_EQ(view.steps, "place show ");
     // Ticked: the carrier switch, input, the filter and reversed text.

@@ -56,6 +56,11 @@ TEST_F(DecoderTest, PopOnLoadsOffScreenAndWritesOnInTheBankOnShow) {
     EXPECT_TRUE(blank(m.iDM)) << "a flip of an emptied bank blanks the display";
 }
 
+TEST_F(DecoderTest, TextBeforeAnyPreambleStartsAtRow1Column1) {
+    feed(kRCL + "AB");
+    EXPECT_EQ(row(m.iNM, 1), "AB");
+}
+
 TEST_F(DecoderTest, RollUpEntryErasesBothBanksAndACrEndsTheLine) {
     feed(kRCL + kRow15 + "shown" + kEOC + kRCL + kRow15 + "loaded" + kRU2);
     EXPECT_TRUE(blank(1) && blank(2));
