@@ -1,6 +1,5 @@
-// The caption file window's rules on virtual time: stepping through a script
-// with Send, Rewind and Erase, what reaches the display at each press, and
-// opening files (Cancel, a failed open, a second file, long captions).
+// The caption file input: the script reader, then the window's rules on
+// virtual time: stepping with Send, Rewind and Erase, and opening files.
 
 #include <gtest/gtest.h>
 
@@ -8,18 +7,90 @@
 #include <fstream>
 
 #include "support/fakes.h"
+#include "textinput/captionscript.h"
 #include "textinput/tdsinput.h"
 
 namespace zelvan {
 namespace {
 
+using Captions = std::vector<std::string>;
+
+Captions read(std::string_view file) {
+    Captions list;
+    script::appendCaptions(file, list);
+    return list;
+}
+
+TEST(TdsScript, CaptionsAreTextRunsBetweenBlankLinesWithCommentsAndMarkersSkipped) {
+    const std::string file =
+        "\r\n  \r\n; comment first\r\n  First line  \r\nSecond; still text\r\n"
+        "  ; comment inside\r\n_00:00:01:00 marker\r\n^marker\r\nThird\r\n\r\n   \r\n\r\n"
+        "10:00:00:00 Caf\xE9 \x93quoted\x94\n\t\n\n"                    // LF ends, bytes kept
+        "1234567890123456789012345678901234567890\rlast, no line end";  // lone CR
+    EXPECT_EQ(read(file),
+              (Captions{"First line\r\nSecond; still text\r\nThird",
+                        "10:00:00:00 Caf\xE9 \x93quoted\x94\r\n\t",
+                        "1234567890123456789012345678901234567890\r\nlast, no line end"}));
+    Captions list{"kept"};
+    for (const char* noText : {"", "\r\n\r\n", "; only\r\n_markers\r\n^here\r\n"})
+        script::appendCaptions(noText, list);
+    EXPECT_EQ(list, Captions{"kept"});
+}
+
+TEST(CueScript, SubRipCuesKeepTheirTextOnly) {
+    const std::string file =
+        "\xEF\xBB\xBF"
+        "1\r\n00:00:01,000 --> 00:00:02,500\r\n"
+        "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
+        "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
+        "Caf\xC3\xA9 \xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
+        "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;\r\n"
+        "\r\n\r\n3\r\n00:00:05,000 --> 00:00:06,000\r\n<b></b>\r\n\r\n"
+        "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n";
+    EXPECT_EQ(read(file), (Captions{"Hello & welcome\r\nsecond",
+                                    "Caf\xE9 \x93q\x94 ? <b> \xE9"
+                                    " A\xA0\x93??\"'",
+                                    "a < b, 3 > 2 --> fine"}));
+    // Not UTF-8: a script written in the code page itself.
+    EXPECT_EQ(read("1\n00:00:01,000 --> 00:00:02,000\n\xE9t\xE9 Caf\xE9\n"),
+              Captions{"\xE9t\xE9 Caf\xE9"});
+    EXPECT_EQ(read("1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n"),
+              Captions{"\xA9\xA9\xA9\xA9"});
+}
+
+TEST(CueScript, WebVttDropsHeaderNotesStylesIdentifiersAndSettings) {
+    const std::string file =
+        "WEBVTT - a title\nKind: captions\n\nSTYLE\n::cue { color: yellow }\n\n"
+        "NOTE by hand\nsecond line\n\nintro\n00:01.000 --> 00:02.000 line:0 align:start\n"
+        "<v Roger>Hi there</v>&nbsp;<c.loud>you</c>\n<00:01.500>and <ruby>kan<rt>ji</rt></ruby>\n"
+        "\n00:03.000 --> 00:04.000\nTwo &gt; one";
+    EXPECT_EQ(read(file), (Captions{"Hi there you\r\nand kanji", "Two > one"}));
+}
+
+TEST(ScriptFormat, IsToldByContentAlone) {
+    EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\r\n"), script::Format::WebVtt);
+    EXPECT_EQ(script::detectFormat("\r\n19\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
+              script::Format::SubRip);
+    EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
+    EXPECT_EQ(script::detectFormat("  \r\n7"), script::Format::Tds);
+    EXPECT_EQ(read("1\r\nFirst caption\r\n"), (Captions{"1\r\nFirst caption"}));
+}
+
+TEST(BadScript, BrokenFilesLoadWhatCaptionTextTheyHold) {
+    EXPECT_EQ(read(std::string("A\0B\r\n\r\nC", 8)), (Captions{std::string("A\0B", 3), "C"}));
+    // Cut short anywhere: an open tag, a half entity, half a UTF-8 character, no text.
+    const std::string cue = "WEBVTT\n\n00:01.000 --> 00:02.000";
+    EXPECT_EQ(read(cue + "\n<i unclosed &amp"), (Captions{"<i unclosed &amp"}));
+    EXPECT_EQ(read(cue + "\nend \xC3"), (Captions{"end \xC3"}));
+    EXPECT_TRUE(read(cue).empty());
+}
+
 struct FakeTdsView : TdsView {
     void placeWindow() override {}
     void showWindow() override {}
     void hideWindow() override {}
-    std::optional<std::string> chooseFile(const std::string& title, const std::string& start,
+    std::optional<std::string> chooseFile(const std::string&, const std::string&,
                                           const std::string&) override {
-        asked = title + "|" + start;
         return answer;
     }
     void setFileName(const std::string& name) override { fileName = name; }
@@ -30,7 +101,7 @@ struct FakeTdsView : TdsView {
     void showHelp() override {}
 
     std::optional<std::string> answer;
-    std::string asked, fileName, displayed, onDeck;
+    std::string fileName, displayed, onDeck;
 };
 
 struct TdsInputTest : ::testing::Test {
@@ -98,9 +169,7 @@ TEST_F(TdsInputTest, RewindAndEraseLeaveTheSignBlankAndSendShowsWhatIsOnDeck) {
     input.rewind();
     EXPECT_EQ(view.onDeck, "Caption 2") << "from the end, the caption before the last";
 
-    input.erase();
-    // Bytes another input left on the ring write into the rows; Send still
-    // shows what is on deck.
+    input.erase();  // bytes another input left on the ring don't change what Send shows
     std::string line;
     for (const char* b : {"A", "\r", "B"}) input.filterEntry(b, line);
     input.send();
@@ -113,10 +182,7 @@ TEST_F(TdsInputTest, RewindAndEraseLeaveTheSignBlankAndSendShowsWhatIsOnDeck) {
     EXPECT_EQ(view.displayed, "Caption 3") << "but the panes move";
 }
 
-TEST_F(TdsInputTest, CancelChangesNothingAFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
-    input.openFile();
-    EXPECT_EQ(view.asked, std::string(kTdsDialogTitle) + "|");
-    EXPECT_TRUE(view.fileName.empty());
+TEST_F(TdsInputTest, AFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
     openScript(3);
     input.send();
     view.answer = (dir / "gone.srt").string();
@@ -125,9 +191,6 @@ TEST_F(TdsInputTest, CancelChangesNothingAFailedOpenKeepsTheScriptAndANewFileSta
     view.answer = dir.string();  // a folder can't be read either
     input.openFile();
     EXPECT_EQ(view.onDeck, "Caption 2");
-    EXPECT_EQ(view.asked, std::string(kTdsDialogTitle) + "|" + (dir / "gone.srt").string())
-        << "the dialog starts at the file last chosen";
-
     open("next.srt", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Other</i>\r\n");
     EXPECT_EQ(view.onDeck, "Other");
     EXPECT_EQ(view.displayed, "Caption 1") << "the sign still shows the old caption";
