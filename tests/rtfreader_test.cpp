@@ -26,20 +26,6 @@ TEST(RtfReader, OurReferenceReadsAsTablesOfFramesCodesAndCharacters) {
     EXPECT_EQ(plain.find("Arial"), std::string::npos) << "the font table is not text";
 }
 
-TEST(RtfReader, KeepsTheLookOfEachRun) {
-    const rtf::Document doc =
-        rtf::parse(R"({\rtf1 plain \b bold\b0{\i\fs40 big}\ul under\ulnone\par})");
-    ASSERT_EQ(doc.blocks.size(), 1u);
-    const rtf::Runs& runs = doc.blocks[0].runs;
-    ASSERT_EQ(runs.size(), 4u);
-    EXPECT_EQ(runs[0].text, "plain ");
-    EXPECT_TRUE(runs[1].bold);
-    EXPECT_TRUE(runs[2].italic);
-    EXPECT_EQ(runs[2].halfPoints, 40);
-    EXPECT_FALSE(runs[3].italic) << "the group's end ends its italics";
-    EXPECT_TRUE(runs[3].underline);
-}
-
 TEST(RtfReader, DecodesEscapedAndUnicodeCharactersSkippingTheirStandIns) {
     EXPECT_EQ(text(R"({\rtf1 caf\'e9 \'80 \u8364? \uc2\u-3913 xxy\tab z\par})"),
               "caf\u00E9 \u20AC \u20AC \uF0B7y\tz\n");
@@ -52,13 +38,16 @@ TEST(RtfReader, SkipsDestinationsThatHoldNoText) {
               "shown\n");
 }
 
-TEST(RtfReader, RowsOfCellsBecomeOneTable) {
+// Each run keeps its look (a group's end ends it); rows of cells are one table.
+TEST(RtfReader, KeepsTheLookOfEachRunAndJoinsRowsOfCellsIntoOneTable) {
     const rtf::Document doc = rtf::parse(
-        R"({\rtf1\trowd\cellx1\intbl a\cell b<\cell\row\trowd\intbl c\cell\row\pard after\par})");
-    EXPECT_EQ(rtf::toPlainText(doc), "a | b<\nc\nafter\n");
+        R"({\rtf1 plain \b bold\b0{\i\fs40 big}\ul under\ulnone\par)"
+        R"(\trowd\cellx1\intbl a\cell b<\cell\row\trowd\intbl c\cell\row\pard after\par})");
+    EXPECT_EQ(rtf::toPlainText(doc), "plain boldbigunder\na | b<\nc\nafter\n");
     const std::string html = rtf::toHtml(doc);
+    for (const char* run : {"12pt\"><b>bold<", "20pt\"><i>big<", "12pt\"><u>under<", "b&lt;"})
+        EXPECT_NE(html.find(run), std::string::npos) << run << "\n" << html;
     EXPECT_EQ(html.find("<table", html.find("<table") + 1), std::string::npos);
-    EXPECT_NE(html.find("b&lt;"), std::string::npos);
 }
 
 TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
