@@ -35,27 +35,10 @@ struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
 };
 
-// The status of the shutdown shows at once: the process ends inside
-// exitProgram, before any later refresh could draw.
-TEST_F(MainWindowTest, QueuedBytesShowWithControlBytesInRedAndShutdownShowsItsStatus) {
-    window.show();
-    for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
-    tavo.pollInput();
-    EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
-    EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
-    QTextCursor cursor(window.findChild<QPlainTextEdit*>("rtbReadHistory")->document());
-    cursor.setPosition(3);  // just after "HiM"
-    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
-    cursor.setPosition(2);
-    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0));
-
-    tavo.shell = &shell;
-    tavo.exitProgram();
-    EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
-              QStringLiteral("Closing input filter. Stand by..."));
-}
-
-TEST(SettingsFile, ExitWritesTheGeneralSectionInTheUsersConfigFolder) {
+// Queued bytes show, control bytes as red letters. E X I T shows its status
+// at once (the process ends inside exitProgram, before any later refresh could
+// draw) and writes the General section to the user's config folder.
+TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
     QtDispatch dispatch;
     QtSettingsStore store;
     testing::RecordingTone tone;
@@ -64,18 +47,25 @@ TEST(SettingsFile, ExitWritesTheGeneralSectionInTheUsersConfigFolder) {
     Tavo tavo{dispatch, store, tone};
     frmTavo window{tavo, shell};
     tavo.shell = &shell;
+    window.show();
+    for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
+    tavo.pollInput();
+    EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
+    EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
+    QTextCursor cursor(window.findChild<QPlainTextEdit*>("rtbReadHistory")->document());
+    cursor.setPosition(3);  // just after "HiM"
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
+
     tavo.InputFilterType = 3;
     tavo.StartupBarker = "One, two<br>\x95 three \xe9";
-
-    const QString expected =
-        qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
-        QStringLiteral("/Zelvan21/Zelvan21.ini");
-    EXPECT_EQ(store.fileName(), expected);
-    QFile::remove(expected);
+    const QString path = qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
+                         QStringLiteral("/Zelvan21/Zelvan21.ini");
+    QFile::remove(path);
     window.findChild<QPushButton*>(QStringLiteral("cmdExit"))->click();
     EXPECT_EQ(shell.ends, 1);
-
-    QFile file(expected);
+    EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
+              QStringLiteral("Closing input filter. Stand by..."));
+    QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
     EXPECT_TRUE(text.startsWith(QStringLiteral("[General]")));
@@ -83,9 +73,10 @@ TEST(SettingsFile, ExitWritesTheGeneralSectionInTheUsersConfigFolder) {
     EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
 
-// The entry switches the decoder both line-21 filters share and saves the
-// setting at once; the next start reads it back.
-TEST(DecoderSetting, BroadcastEdmEntrySwitchesTheSharedDecoderAndSurvivesARestart) {
+// Each F1 opens another help window at the index. The Broadcast EDM entry
+// switches the decoder both line-21 filters share and saves the setting at
+// once; the next start reads it back.
+TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
     const auto entry = [](AppShell& shell) {
         for (QAction* a : shell.mainWindow()->findChildren<QAction*>())
             if (a->text() == QStringLiteral("Broadcast EDM (keep position)")) return a;
@@ -93,6 +84,16 @@ TEST(DecoderSetting, BroadcastEdmEntrySwitchesTheSharedDecoderAndSurvivesARestar
     };
     testing::QtRig rig;
     AppShell shell, restarted;
+    shell.showHelp();
+    frmHelp* first = shell.lastHelp();
+    shell.showHelp();
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(shell.lastHelp(), first);
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_TRUE(shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
+    first->close();
+    shell.lastHelp()->close();
+
     shell.showMainWindow(rig.tavo);
     const std::unique_ptr<frmTavo> window(shell.mainWindow());
     ASSERT_NE(entry(shell), nullptr);
@@ -157,19 +158,6 @@ TEST_F(HelpPages, AddressListStopAndSearch) {
     help.searchFor("ROLL-UP");
     ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Search: ROLL-UP"; }));
     EXPECT_TRUE(help.browser()->toHtml().contains(QUrl::fromLocalFile(a).toString()));
-}
-
-TEST(HelpKey, EachF1OpensAnotherHelpWindowAtTheIndex) {
-    AppShell shell;
-    shell.showHelp();
-    frmHelp* first = shell.lastHelp();
-    shell.showHelp();
-    ASSERT_NE(first, nullptr);
-    EXPECT_NE(shell.lastHelp(), first);
-    EXPECT_TRUE(first->isVisible());
-    EXPECT_TRUE(shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
-    first->close();
-    shell.lastHelp()->close();
 }
 
 // The label reloads the file into the one window; a broken or missing file
