@@ -1,5 +1,4 @@
-// The rich text reader, on the control code reference the build writes and on
-// the odd and broken files an operator might leave in its place.
+// The rich text reader, on our own reference and on odd and broken files.
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,4 @@
-// The preferences: what the window shows when it opens, the two choices that
-// act on the settings at once, and what Apply writes.
+// The preferences: the controls, the two choices that act at once, Apply.
 
 #include <gtest/gtest.h>
 

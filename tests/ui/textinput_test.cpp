@@ -1,9 +1,5 @@
-// The text input windows for real. Keyboard and ASCII serial, the display
-// recorded: keys reach the input line the way the window system delivers
-// them, shortcuts included, and text comes in from a serial line on a
-// pseudo-terminal. The caption file window: the file dialog, the menu and
-// buttons reaching the same actions as the keys, keys seen before the
-// focused control.
+// The text input windows for real, the display recorded; the serial line on a
+// pseudo-terminal, keys as the window system delivers them.
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -58,9 +54,7 @@ struct FrmInKeyTest : TextWindowTest {
     }
 };
 
-// Two lines typed fast, the second long enough to wrap at its last word
-// break. Letters that are key codes elsewhere (F1 is 112, a "p") type like
-// any other; F1 itself opens the help.
+// Letters that are key codes elsewhere (F1 is 112, a "p") type like any other.
 TEST_F(FrmInKeyTest, TypedLinesGoOutAndALongOneWrapsAtAWordBreak) {
     QTimer::singleShot(0, window.get(), [&] {
         EXPECT_EQ(window->lblNotify->text(), QString::fromLatin1(kBetterTypeFast));
@@ -98,9 +92,7 @@ struct FrmInAsciiTest : TextWindowTest {
     }
 };
 
-// Shown with its stored port closed; each run of CR and LF ends one line, and
-// a line too long for the row wraps at its last word break. Hiding closes the
-// port and saves its section.
+// Shown with its port closed; hiding closes the port and saves its section.
 TEST_F(FrmInAsciiTest, TextFromTheSerialLineGoesOutLineByLine) {
     EXPECT_EQ(window->cmdPortSetup->text(), QStringLiteral("3:2400,n,8,1"));
     EXPECT_EQ(tavo.InputFilterType, 3);
@@ -155,7 +147,8 @@ struct FrmInTDSTest : ::testing::Test, testing::QtRig {
     }
 };
 
-// Stepping itself is the logic's; here each way in has to reach it.
+// Stepping itself is the logic's; here each way in has to reach it, keys
+// seen before the focused control.
 TEST_F(FrmInTDSTest, DialogMenuButtonsAndKeysReachTheActions) {
     window->cmdSelectTDSFile->click();  // Cancel
     EXPECT_EQ(asked.value(2),
