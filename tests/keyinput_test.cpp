@@ -28,13 +28,11 @@ class AsciiFilterTest : public ::testing::Test {
     AsciiFilter filter{rows};
 };
 
-TEST_F(AsciiFilterTest, ARunOfLineEndBytesEndsTheLineOnce) {
+TEST_F(AsciiFilterTest, ARunOfLineEndBytesEndsTheLineOnceAndItStaysUntilTheNextByte) {
     EXPECT_EQ(feed("\r\n"), "|");  // a first line end sends the blank row
     EXPECT_EQ(feed("one\ntwo\n\rthree\r\r\nfour\n\n\n\r"), "one|two|three|four|");
     EXPECT_EQ(feed("x\r\n\r\ny\r"), "x|y|");  // a blank line sends nothing
-}
-
-TEST_F(AsciiFilterTest, TheLineStaysReadableUntilTheNextByteOfAnyKind) {
+    // The line stays readable until the next byte of any kind.
     std::string out;
     feed("Hi\r");
     EXPECT_EQ(filter.FilterAscii("\n", out), 0);

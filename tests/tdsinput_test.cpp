@@ -112,26 +112,28 @@ struct TdsInputTest : ::testing::Test {
         std::ofstream(*view.answer, std::ios::binary) << text;
         input.openFile();
     }
-    // "Caption 1" ... "Caption n", one line each.
-    void openScript(int n) {
-        std::string text;
-        for (int i = 1; i <= n; ++i) text += "Caption " + std::to_string(i) + "\r\n\r\n";
-        open("script.tds", text);
-    }
     std::string shown() const { return display.captions.empty() ? "" : display.captions.back(); }
 };
 
+// A caption of more than 15 lines keeps 15 on the rows and says so on deck.
 TEST_F(TdsInputTest, SendShowsEachCaptionInTurnAndBlanksTheSignAtTheEnd) {
     input.send();
     EXPECT_EQ(display.calls, 0) << "no file, no send";
-    open("two.tds", "First top\r\nFirst bottom\r\n\r\nSecond");
+    std::string script = "First top\r\nFirst bottom\r\n\r\n" + std::string(40, 'w');
+    for (int i = 2; i <= 18; ++i) script += "\r\nline " + std::to_string(i);
+    open("two.tds", script);
     EXPECT_EQ(view.onDeck, "First top\r\nFirst bottom");
     EXPECT_EQ(input.getExternalText(2), "First bottom") << "the rows hold the caption on deck";
     input.send();
     EXPECT_EQ(shown(), "1: 1[First top] 2[First bottom]");
     EXPECT_EQ(view.displayed, "First top\r\nFirst bottom");
+    EXPECT_EQ(view.onDeck.substr(0, 42), std::string(40, 'w') + "\r\n");
+    const std::string tail = "line 15\r\n(3 lines left out)";
+    EXPECT_EQ(view.onDeck.substr(view.onDeck.size() - tail.size()), tail);
+    EXPECT_EQ(input.getExternalText(1), std::string(32, 'w'));
     input.send();
-    EXPECT_EQ(shown(), "1: 1[Second]");
+    EXPECT_EQ(view.displayed.find("left out"), std::string::npos);
+    EXPECT_NE(shown().find("15[line 15]"), std::string::npos);
     EXPECT_EQ(view.onDeck, "");
     input.send();
     EXPECT_EQ(shown(), "1:") << "past the end blank rows go out";
@@ -143,7 +145,7 @@ TEST_F(TdsInputTest, RewindAndEraseLeaveTheSignBlankAndSendShowsWhatIsOnDeck) {
     EXPECT_EQ(display.calls, 0) << "Rewind with no script does nothing";
     input.erase();
     EXPECT_EQ(shown(), "1:") << "Erase works before any file";
-    openScript(3);
+    open("three.tds", "Caption 1\r\n\r\nCaption 2\r\n\r\nCaption 3\r\n");
     input.send();
     input.rewind();
     EXPECT_EQ(view.onDeck, "Caption 1");
@@ -169,7 +171,7 @@ TEST_F(TdsInputTest, RewindAndEraseLeaveTheSignBlankAndSendShowsWhatIsOnDeck) {
 }
 
 TEST_F(TdsInputTest, AFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
-    openScript(3);
+    open("three.tds", "Caption 1\r\n\r\nCaption 2\r\n\r\nCaption 3\r\n");
     input.send();
     view.answer = (dir / "gone.srt").string();
     input.openFile();
@@ -180,19 +182,6 @@ TEST_F(TdsInputTest, AFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
     open("next.srt", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Other</i>\r\n");
     EXPECT_EQ(view.onDeck, "Other");
     EXPECT_EQ(view.displayed, "Caption 1") << "the sign still shows the old caption";
-}
-
-TEST_F(TdsInputTest, LongCaptionsReachTheRowsCutWhileThePanesShowThemWhole) {
-    std::string script = std::string(40, 'w');
-    for (int i = 2; i <= 18; ++i) script += "\r\nline " + std::to_string(i);
-    open("long.txt", script);
-    EXPECT_EQ(view.onDeck.substr(0, 42), std::string(40, 'w') + "\r\n");
-    const std::string tail = "line 15\r\n(3 lines left out)";
-    EXPECT_EQ(view.onDeck.substr(view.onDeck.size() - tail.size()), tail);
-    EXPECT_EQ(input.getExternalText(1), std::string(32, 'w'));
-    input.send();
-    EXPECT_EQ(view.displayed.find("left out"), std::string::npos);
-    EXPECT_NE(shown().find("15[line 15]"), std::string::npos);
 }
 
 }  // namespace

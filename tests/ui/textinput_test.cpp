@@ -31,89 +31,74 @@ using Captions = std::vector<std::string>;
 struct TextWindowTest : ::testing::Test, testing::QtRig {
     testing::CaptionRecorder display{tavo};
 
-    void SetUp() override {
+    TextWindowTest() {
         tavo.frmOutDW = &display;
         tavo.bOutDW = true;
     }
     // Runs capture turns, as a timed wait does, until `n` captions went out.
-    bool captureUntil(std::size_t n) {
+    void captureUntil(std::size_t n) {
         QElapsedTimer clock;
         clock.start();
         while (display.captions.size() < n && clock.elapsed() < 5000) tavo.pollInput();
-        return display.captions.size() == n;
-    }
-};
-
-struct FrmInKeyTest : TextWindowTest {
-    std::unique_ptr<frmInKey> window;
-    void SetUp() override {
-        TextWindowTest::SetUp();
-        window = std::make_unique<frmInKey>(tavo, shell);
-        tavo.frmInKey = window.get();
-        tavo.bInKey = true;
     }
 };
 
 // Letters that are key codes elsewhere (F1 is 112, a "p") type like any other.
-TEST_F(FrmInKeyTest, TypedLinesGoOutAndALongOneWrapsAtAWordBreak) {
-    QTimer::singleShot(0, window.get(), [&] {
-        EXPECT_EQ(window->lblNotify->text(), QString::fromLatin1(kBetterTypeFast));
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        QTest::keyClick(window->tbInput, Qt::Key_F1);
+TEST_F(TextWindowTest, KeyboardLinesGoOutAndALongOneWrapsAtAWordBreak) {
+    frmInKey window(tavo, shell);
+    tavo.frmInKey = &window;
+    tavo.bInKey = true;
+    QTimer::singleShot(0, &window, [&] {
+        EXPECT_EQ(window.lblNotify->text(), QString::fromLatin1(kBetterTypeFast));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(window.tbInput, Qt::Key_F1);
         EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
-        QTest::keyClicks(window->tbInput, QStringLiteral("Evening plans"));
-        QTest::keyClick(window->tbInput, Qt::Key_Return);
-        QTest::keyClicks(window->tbInput,
+        QTest::keyClicks(window.tbInput, QStringLiteral("Evening plans"));
+        QTest::keyClick(window.tbInput, Qt::Key_Return);
+        QTest::keyClicks(window.tbInput,
                          QStringLiteral("The quick brown fox jumps over the lazy dog"));
-        window->cmdSend->click();
+        window.cmdSend->click();
         captureUntil(3);
         tavo.stopCapture();
     });
-    window->showForm();  // returns when capture stops
+    window.showForm();  // returns when capture stops
     EXPECT_EQ(display.captions,
               (Captions{"3: 1[Evening plans]", "3: 1[The quick brown fox jumps over]",
                         "3: 1[the lazy dog]"}));
-    EXPECT_EQ(window->tbInput->text(), QString());
-    EXPECT_FALSE(window->close());  // refused: only hideForm takes it away
+    EXPECT_EQ(window.tbInput->text(), QString());
+    EXPECT_FALSE(window.close());  // refused: only hideForm takes it away
 }
 
-struct FrmInAsciiTest : TextWindowTest {
-    testing::PtyEnd line;
-    std::unique_ptr<frmInAscii> window;
-    void SetUp() override {
-        TextWindowTest::SetUp();
-        setDevicePath(store, 3, line.slave);
-        store.set("AsciiPort", "port", "3");
-        store.set("AsciiPort", "baud", "2400");
-        window = std::make_unique<frmInAscii>(tavo, shell);
-        tavo.frmInAscii = window.get();
-        tavo.bInAscii = true;
-        window->showForm();
-    }
-};
-
 // Shown with its port closed; hiding closes the port and saves its section.
-TEST_F(FrmInAsciiTest, TextFromTheSerialLineGoesOutLineByLine) {
-    EXPECT_EQ(window->cmdPortSetup->text(), QStringLiteral("3:2400,n,8,1"));
+TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
+    testing::PtyEnd line;
+    setDevicePath(store, 3, line.slave);
+    store.set("AsciiPort", "port", "3");
+    store.set("AsciiPort", "baud", "2400");
+    frmInAscii window(tavo, shell);
+    tavo.frmInAscii = &window;
+    tavo.bInAscii = true;
+    window.showForm();
+    EXPECT_EQ(window.cmdPortSetup->text(), QStringLiteral("3:2400,n,8,1"));
     EXPECT_EQ(tavo.InputFilterType, 3);
-    EXPECT_TRUE(window->lblOpenPortDummy->isVisibleTo(window.get()));
-    QTimer::singleShot(0, window.get(), [&] {
-        EXPECT_FALSE(window->lblOpenPortDummy->isVisibleTo(window.get()));
+    EXPECT_TRUE(window.lblOpenPortDummy->isVisibleTo(&window));
+    QTimer::singleShot(0, &window, [&] {
+        EXPECT_FALSE(window.lblOpenPortDummy->isVisibleTo(&window));
         line.send("One\rTwo\n\rThree is a line far too long for the sign\r\n\n");
         captureUntil(4);
-        EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Close"));
-        window->hideForm();
+        EXPECT_EQ(window.cmdPortOpen->text(), QStringLiteral("Close"));
+        window.hideForm();
         tavo.stopCapture();
     });
-    window->cmdPortOpen->click();
+    window.cmdPortOpen->click();
     EXPECT_EQ(display.captions,
               (Captions{"3: 1[One]", "3: 1[Two]", "3: 1[Three is a line far too long]",
                         "3: 1[for the sign]"}));
-    EXPECT_FALSE(window->input().link().isPortOpen());
+    EXPECT_FALSE(window.input().link().isPortOpen());
     EXPECT_EQ(store.get("AsciiPort", "baud", ""), "2400");
     EXPECT_FALSE(store.has("AsciiPort", "stopbits"));
-    window->flushPane();
-    EXPECT_EQ(window->rtbDM->toPlainText().trimmed(), QString());
+    window.flushPane();
+    EXPECT_EQ(window.rtbDM->toPlainText().trimmed(), QString());
 }
 
 struct FrmInTDSTest : ::testing::Test, testing::QtRig {
