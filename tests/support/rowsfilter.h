@@ -8,8 +8,7 @@
 
 namespace zelvan::testing {
 
-class RowsFilter : public InputFilter {
-  public:
+struct RowsFilter : InputFilter {
     void showForm() override {}
     void hideForm() override {}
     std::int16_t filterEntry(const std::string&, std::string& out) override {

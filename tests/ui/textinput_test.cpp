@@ -101,79 +101,70 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     EXPECT_EQ(window.rtbDM->toPlainText().trimmed(), QString());
 }
 
-struct FrmInTDSTest : ::testing::Test, testing::QtRig {
-    std::unique_ptr<frmInTDS> window;
-    QTemporaryDir dir;
-    QStringList asked;
-    std::optional<QString> answer;
-
-    void SetUp() override {
-        window = std::make_unique<frmInTDS>(tavo, shell);
-        window->setFileChooser([this](QWidget*, const QString& title, const QString& start,
-                                      const QStringList& filters) {
-            asked << title << start << filters.join(u'|');
-            return answer;
-        });
-        tavo.frmInTDS = window.get();
-        tavo.bInTDS = true;
-        window->showForm();
-    }
-    void openScript(const QString& name, const std::string& text) {
-        answer = dir.filePath(name);
-        std::ofstream(answer->toStdString(), std::ios::binary) << text;
-        window->mnuFileOpen->trigger();
-    }
-    // A key as the operator presses it, where the focus stands.
-    void press(QWidget* focus, Qt::Key key, const QString& text = {}) {
-        focus->setFocus();
-        ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == focus; }));
-        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
-        QApplication::sendEvent(focus, &down);
-    }
-};
+// A key as the operator presses it, where the focus stands.
+void press(QWidget* focus, Qt::Key key, const QString& text = {}) {
+    focus->setFocus();
+    ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == focus; }));
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(focus, &down);
+}
 
 // Stepping itself is the logic's; here each way in has to reach it, keys
 // seen before the focused control.
-TEST_F(FrmInTDSTest, DialogMenuButtonsAndKeysReachTheActions) {
-    window->cmdSelectTDSFile->click();  // Cancel
+TEST_F(TextWindowTest, CaptionFileDialogMenuButtonsAndKeysReachTheActions) {
+    frmInTDS window(tavo, shell);
+    QTemporaryDir dir;
+    QStringList asked;
+    std::optional<QString> answer;
+    window.setFileChooser(
+        [&](QWidget*, const QString& title, const QString& start, const QStringList& filters) {
+            asked << title << start << filters.join(u'|');
+            return answer;
+        });
+    tavo.frmInTDS = &window;
+    tavo.bInTDS = true;
+    window.showForm();
+    window.cmdSelectTDSFile->click();  // Cancel
     EXPECT_EQ(asked.value(2),
               QStringLiteral("TDS,Text (tds;txt) (*.tds *.txt)|SubRip (srt) (*.srt)|"
                              "WebVTT (vtt) (*.vtt)|All (*) (*)"));
-    openScript("show.vtt",
-               "WEBVTT\n\n00:01.000 --> 00:02.000\nOne\n\n00:03.000 --> 00:04.000\n"
-               "Caf\xC3\xA9 two\n\n00:05.000 --> 00:06.000\nThree\n");
-    EXPECT_EQ(window->tbTDSFile->text(), QStringLiteral("show.vtt"));
-    auto current = [&] { return window->rtbCaptionCurrent->toPlainText(); };
-    window->bSend->click();
-    window->mnuSend->trigger();
+    answer = dir.filePath("show.vtt");
+    std::ofstream(answer->toStdString(), std::ios::binary)
+        << "WEBVTT\n\n00:01.000 --> 00:02.000\nOne\n\n00:03.000 --> 00:04.000\n"
+           "Caf\xC3\xA9 two\n\n00:05.000 --> 00:06.000\nThree\n";
+    window.mnuFileOpen->trigger();
+    EXPECT_EQ(window.tbTDSFile->text(), QStringLiteral("show.vtt"));
+    auto current = [&] { return window.rtbCaptionCurrent->toPlainText(); };
+    window.bSend->click();
+    window.mnuSend->trigger();
     EXPECT_EQ(current(), QStringLiteral("Caf\u00E9 two"));
-    window->bRewind->click();
-    window->mnuCaptionRewind->trigger();
-    EXPECT_EQ(window->rtbCaptionNext->toPlainText(), QStringLiteral("One"));
-    window->bErase->click();
+    window.bRewind->click();
+    window.mnuCaptionRewind->trigger();
+    EXPECT_EQ(window.rtbCaptionNext->toPlainText(), QStringLiteral("One"));
+    window.bErase->click();
     EXPECT_TRUE(current().isEmpty());
 
-    window->activateWindow();
-    press(window->tbTDSFile, Qt::Key_PageDown);
+    window.activateWindow();
+    press(window.tbTDSFile, Qt::Key_PageDown);
     EXPECT_EQ(current(), QStringLiteral("One"));
-    EXPECT_EQ(QApplication::focusWidget(), window->bSend) << "stepping gives Send the focus";
-    press(window->bSend, Qt::Key_PageUp);
+    EXPECT_EQ(QApplication::focusWidget(), window.bSend) << "stepping gives Send the focus";
+    press(window.bSend, Qt::Key_PageUp);
     EXPECT_TRUE(current().isEmpty());
-    window->bSend->click();
-    press(window->tbTCOffset, Qt::Key_E, QStringLiteral("E"));
+    window.bSend->click();
+    press(window.tbTCOffset, Qt::Key_E, QStringLiteral("E"));
     EXPECT_TRUE(current().isEmpty()) << "E erases anywhere";
-    EXPECT_EQ(window->tbTCOffset->text(), QStringLiteral("+00:00:00:00E")) << "and still types";
-    window->mnuSend->trigger();
-    window->mnuErase->trigger();
+    EXPECT_EQ(window.tbTCOffset->text(), QStringLiteral("+00:00:00:00E")) << "and still types";
+    window.mnuSend->trigger();
+    window.mnuErase->trigger();
     EXPECT_TRUE(current().isEmpty());
-    press(window->tbTCOffset, Qt::Key_F1);
+    press(window.tbTCOffset, Qt::Key_F1);
     EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
 
     answer.reset();
-    window->cmdSelectTDSFile->click();
+    window.cmdSelectTDSFile->click();
     EXPECT_EQ(asked.value(7), dir.filePath("show.vtt"));
-    window->close();
-    EXPECT_TRUE(window->isVisible()) << "only hideForm takes it away";
+    window.close();
+    EXPECT_TRUE(window.isVisible()) << "only hideForm takes it away";
 }
 
 }  // namespace
