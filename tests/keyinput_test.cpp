@@ -28,7 +28,7 @@ class AsciiFilterTest : public ::testing::Test {
     AsciiFilter filter{rows};
 };
 
-TEST_F(AsciiFilterTest, ARunOfLineEndBytesEndsTheLineOnceAndItStaysUntilTheNextByte) {
+TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     EXPECT_EQ(feed("\r\n"), "|");  // a first line end sends the blank row
     EXPECT_EQ(feed("one\ntwo\n\rthree\r\r\nfour\n\n\n\r"), "one|two|three|four|");
     EXPECT_EQ(feed("x\r\n\r\ny\r"), "x|y|");  // a blank line sends nothing
@@ -42,9 +42,7 @@ TEST_F(AsciiFilterTest, ARunOfLineEndBytesEndsTheLineOnceAndItStaysUntilTheNextB
     EXPECT_EQ(filter.FilterAscii("\t", out) + filter.FilterAscii("\xC9", out), 0);
     EXPECT_EQ(feed("  ok \r"), "  ok|");
     EXPECT_EQ(rows.getExternalTextTrimmed(1), "ok");
-}
-
-TEST_F(AsciiFilterTest, ALongLineWrapsAtItsLastWordBreakAndLosesNothing) {
+    // A long line wraps at its last word break and loses nothing.
     const std::string fits = "abcdefghij abcdefghij abcdefghi";  // 31, the row's limit
     EXPECT_EQ(feed(fits + "\r"), fits + "|");
     // A row of word characters only is cut hard at 31.
@@ -148,10 +146,7 @@ TEST_F(KeyInputTest, LinesGoOutInTheOrderTyped) {
     view.line = "Pasted text that runs beyond the 32 columns";
     type("\b\r");
     EXPECT_EQ(input.getExternalText(1), "Pasted text that runs beyond the");
-}
-
-// Only the input in use before leaves printable bytes on the ring.
-TEST_F(KeyInputTest, BytesLeftOnTheRingFillTheRowUntilTheNextCR) {
+    // Bytes another input left on the ring fill the row until the next CR.
     rig.queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "Z" + std::string(29, 'x'));

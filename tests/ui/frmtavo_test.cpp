@@ -15,6 +15,8 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
+#include <fstream>
+
 #include "core/appshell.h"
 #include "core/frmtavo.h"
 #include "platform/qtsettingsstore.h"
@@ -63,7 +65,6 @@ TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
-    EXPECT_TRUE(text.startsWith(QStringLiteral("[General]")));
     EXPECT_TRUE(text.contains(QStringLiteral("InputFilterType=3"))) << text.toStdString();
     EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
@@ -84,8 +85,7 @@ TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
     EXPECT_NE(shell.lastHelp(), first);
     EXPECT_TRUE(first->isVisible());
     EXPECT_TRUE(shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
-    first->close();
-    shell.lastHelp()->close();
+    for (frmHelp* help : {first, shell.lastHelp()}) help->close();
 
     shell.showMainWindow(rig.tavo);
     const std::unique_ptr<frmTavo> window(shell.mainWindow());
@@ -102,11 +102,9 @@ TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
 
 struct HelpPages : ::testing::Test {
     QTemporaryDir dir;
-    QString page(const QString& name, const QString& title) {
-        QFile f(dir.filePath(name));
-        f.open(QIODevice::WriteOnly);
-        f.write(("<html><head><title>" + title + "</title></head><body>roll-up</body></html>")
-                    .toUtf8());
+    QString page(const QString& name, const std::string& title) {
+        std::ofstream(dir.filePath(name).toStdString())
+            << "<html><head><title>" << title << "</title></head><body>roll-up</body></html>";
         return dir.filePath(name);
     }
     void enter(frmHelp& help, const QString& address) {
@@ -156,10 +154,8 @@ TEST_F(MainWindowTest, ControlCodeReference) {
     QTemporaryDir dir;
     const QString before = QDir::currentPath();
     QDir::setCurrent(dir.path());
-    const auto write = [&](const QByteArray& rtf) {
-        QFile f(dir.filePath("ansi.rtf"));
-        f.open(QIODevice::WriteOnly);
-        f.write(rtf);
+    const auto write = [&](const std::string& rtf) {
+        std::ofstream(dir.filePath("ansi.rtf").toStdString(), std::ios::binary) << rtf;
     };
     write("{\\rtf1 first\\par}");
     window.lblControlCodes_Click();
@@ -170,7 +166,7 @@ TEST_F(MainWindowTest, ControlCodeReference) {
     window.lblControlCodes_Click();
     EXPECT_EQ(window.ansiWindow(), ref);
     EXPECT_EQ(ref->pane()->toPlainText().trimmed(), "second");
-    write(QByteArray("\x00\xff{\\rtf1{{{", 10));
+    write(std::string("\x00\xff{\\rtf1{{{", 10));
     window.lblControlCodes_Click();
     QFile::remove(dir.filePath("ansi.rtf"));
     window.lblControlCodes_Click();
