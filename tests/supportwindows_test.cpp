@@ -1,5 +1,4 @@
-// The logic of the support windows: the rich text reader of the control code
-// reference, on our own reference and on odd and broken files; the preferences.
+// The support windows' logic: the reference's rich text reader, the preferences.
 
 #include <gtest/gtest.h>
 

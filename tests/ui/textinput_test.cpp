@@ -1,5 +1,4 @@
-// The text input windows for real, the display recorded; the serial line on a
-// pseudo-terminal, keys as the window system delivers them.
+// The text input windows for real, the display recorded, the serial line a pty.
 
 #include <gtest/gtest.h>
 #include <QAction>
