@@ -68,7 +68,7 @@ TEST_F(TextWindowTest, KeyboardLinesGoOutAndALongOneWrapsAtAWordBreak) {
     EXPECT_FALSE(window.close());  // refused: only hideForm takes it away
 }
 
-// Shown with its port closed; hiding closes the port and saves its section.
+// Shown with its port closed; hiding closes an open port and saves its section.
 TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     testing::PtyEnd line;
     setDevicePath(store, 3, line.slave);
@@ -78,6 +78,7 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     tavo.frmInAscii = &window;
     tavo.bInAscii = true;
     window.showForm();
+    EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(window.cmdPortSetup->text(), QStringLiteral("3:2400,n,8,1"));
     EXPECT_EQ(tavo.InputFilterType, 3);
     EXPECT_TRUE(window.lblOpenPortDummy->isVisibleTo(&window));
@@ -86,18 +87,24 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
         line.send("One\rTwo\n\rThree is a line far too long for the sign\r\n\n");
         captureUntil(4);
         EXPECT_EQ(window.cmdPortOpen->text(), QStringLiteral("Close"));
-        window.hideForm();
-        tavo.stopCapture();
+        window.cmdPortOpen->click();  // closes the port and ends capture
     });
     window.cmdPortOpen->click();
     EXPECT_EQ(display.captions,
               (Captions{"3: 1[One]", "3: 1[Two]", "3: 1[Three is a line far too long]",
                         "3: 1[for the sign]"}));
     EXPECT_FALSE(window.input().link().isPortOpen());
-    EXPECT_EQ(store.get("AsciiPort", "baud", ""), "2400");
-    EXPECT_FALSE(store.has("AsciiPort", "stopbits"));
     window.flushPane();
     EXPECT_EQ(window.rtbDM->toPlainText().trimmed(), QString());
+    QTimer::singleShot(0, &window, [&] {
+        window.hideForm();
+        tavo.stopCapture();
+    });
+    window.cmdPortOpen->click();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_FALSE(window.input().link().isPortOpen());
+    EXPECT_EQ(store.get("AsciiPort", "baud", ""), "2400");
+    EXPECT_FALSE(store.has("AsciiPort", "stopbits"));
 }
 
 // A key as the operator presses it, where the focus stands.
