@@ -150,9 +150,10 @@ TEST_F(KeyInputTest, LinesGoOutInTheOrderTyped) {
     rig.queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "Z" + std::string(29, 'x'));
-    rig.queue("\rc");
+    rig.queue(std::string(30, 'w') + "Q\rc");  // Q at column 32 again
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "c");
+    EXPECT_EQ(view.line, "Q") << "the carry goes on the input line at the CR";
 }
 
 TEST_F(KeyInputTest, ShowFormGreetsWithANoticeForFiveSecondsAndCaptures) {
