@@ -12,7 +12,6 @@ namespace {
 // Feeds bytes one by one; each finished line as the display reads it: "line|".
 class AsciiFilterTest : public ::testing::Test {
   protected:
-    AsciiFilterTest() { filter.reset(); }  // as the window's creation does
     std::string feed(const std::string& bytes) {
         std::string sent;
         for (char c : bytes) {

@@ -36,11 +36,11 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
          "1\r\n00:00:01,000 --> 00:00:02,500\r\n"
          "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
          "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
-         "Caf\xC3\xA9 \xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
+         "Caf\xC3\xA9 \xC2\xA9\xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
          "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;\r\n"
          "\r\n\r\n3\r\n00:00:05,000 --> 00:00:06,000\r\n<b></b>\r\n\r\n"
          "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n",
-         {"Hello & welcome\r\nsecond", "Caf\xE9 \x93q\x94 ? <b> \xE9 A\xA0\x93??\"'",
+         {"Hello & welcome\r\nsecond", "Caf\xE9 \xA9\x93q\x94 ? <b> \xE9 A\xA0\x93??\"'",
           "a < b, 3 > 2 --> fine"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},
@@ -63,7 +63,7 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
 
 TEST(CaptionScript, TheFormatIsToldByContentAlone) {
     EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\r\n"), script::Format::WebVtt);
-    EXPECT_EQ(script::detectFormat("\r\n19\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
+    EXPECT_EQ(script::detectFormat("\r\n190\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
               script::Format::SubRip);
     EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
     EXPECT_EQ(script::detectFormat("  \r\n7"), script::Format::Tds);
