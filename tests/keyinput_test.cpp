@@ -1,17 +1,68 @@
-// The keyboard window's rules with a fake input line on virtual time: what an
-// operator's typing sends to the display, the wrap at the wrap width, and the
-// notice that greets the operator.
+// The ASCII serial filter, the wrap width box, the keyboard window's rules.
 
 #include <gtest/gtest.h>
 
 #include "support/fakes.h"
 #include "textinput/keyinput.h"
+#include "textinput/textrows.h"
 
 namespace zelvan {
 namespace {
 
-// The input line as a box has it: keys the filter doesn't consume are typed
-// at the end, and backspace takes the last character.
+// Feeds bytes one by one; each finished line as the display reads it: "line|".
+class AsciiFilterTest : public ::testing::Test {
+  protected:
+    std::string feed(const std::string& bytes) {
+        std::string sent;
+        for (char c : bytes) {
+            std::string out;
+            if (filter.FilterAscii(std::string(1, c), out) != 3) continue;
+            EXPECT_EQ(out.size(), 32u);
+            EXPECT_EQ(out, rows.row(1));
+            sent += rows.getExternalText(1) + "|";
+        }
+        return sent;
+    }
+    TextRows rows;
+    AsciiFilter filter{rows};
+};
+
+TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
+    EXPECT_EQ(feed("\r\n"), "|");  // a first line end sends the blank row
+    EXPECT_EQ(feed("one\ntwo\n\rthree\r\r\nfour\n\n\n\r"), "one|two|three|four|");
+    EXPECT_EQ(feed("x\r\n\r\ny\r"), "x|y|");  // a blank line sends nothing
+    // The line stays readable until the next byte of any kind.
+    std::string out;
+    feed("Hi\r");
+    EXPECT_EQ(filter.FilterAscii("\n", out), 0);
+    EXPECT_EQ(rows.rowsAsText(), TextRows().rowsAsText());
+    // A dropped byte blanks the rows as well, and stores nothing.
+    feed("Yo\r");
+    EXPECT_EQ(filter.FilterAscii("\t", out) + filter.FilterAscii("\xC9", out), 0);
+    EXPECT_EQ(feed("  ok \r"), "  ok|");
+    EXPECT_EQ(rows.getExternalTextTrimmed(1), "ok");
+    // A long line wraps at its last word break and loses nothing.
+    const std::string fits = "abcdefghij abcdefghij abcdefghi";  // 31, the row's limit
+    EXPECT_EQ(feed(fits + "\r"), fits + "|");
+    // A row of word characters only is cut hard at 31.
+    EXPECT_EQ(feed(std::string(40, 'w') + "\n"),
+              std::string(31, 'w') + "|" + std::string(9, 'w') + "|");
+    // A narrower width governs; a hyphen stays with the part that goes out.
+    filter.setWrapWidth(10);
+    EXPECT_EQ(feed("well-known fact\r"), "well-|known fact|");
+    // Unwrapped, a full row refills from the left and its tail stays.
+    filter.bWrapLongLines = false;
+    EXPECT_EQ(feed(std::string(31, 'a') + "XYZ\r"), "YZ" + std::string(29, 'a') + "|");
+}
+
+TEST(WrapWidthText, TakesTheNumberAtTheStartRoundedToEven) {
+    EXPECT_EQ(parseWrapWidth(" 12abc"), 12);
+    EXPECT_EQ(parseWrapWidth("2e1"), 20);
+    EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
+    EXPECT_EQ(parseWrapWidth("wide") + parseWrapWidth("inf") + parseWrapWidth("-5"), 0);
+    EXPECT_EQ(parseWrapWidth("1e300"), 32767);  // beyond 16 bits: the largest width
+}
+
 struct FakeKeyView : KeyView {
     void placeWindow() override {}
     void showWindow() override {}
@@ -37,20 +88,18 @@ struct KeyInputTest : ::testing::Test {
         rig.tavo.frmOutDW = &display;
         rig.tavo.bOutDW = true;
     }
-    void key(unsigned char c) {
-        if (input.tbInput_KeyPress(c)) return;
-        if (c == '\b' && !view.line.empty()) view.line.pop_back();
-        if (c >= 32) view.line += static_cast<char>(c);
-    }
-    // Types the keys, then lets the capture pipeline run, as the yield does.
+    // Keys the filter doesn't take go to the line as a box does, then a drain.
     void type(const std::string& keys) {
-        for (unsigned char c : keys) key(c);
+        for (unsigned char c : keys) {
+            if (input.tbInput_KeyPress(c)) continue;
+            if (c == '\b' && !view.line.empty()) view.line.pop_back();
+            if (c >= 32) view.line += static_cast<char>(c);
+        }
         rig.tavo.drainQueue();
     }
 };
 
-// Each row: the width, the line before the key, the key, what goes to the
-// display (as the row reader gives it) and what stays on the input line.
+// A width that is no number, or below 0, wraps every key.
 TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
     struct Case {
         const char* width;
@@ -58,23 +107,14 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
         char k;
         std::string sent, stays;
     };
-    const std::string thirtyOne = "Now is the time for all good me n";
     const Case cases[] = {
         {"32", std::string(30, 'a') + " b", 'c', std::string(30, 'a'), "bc"},
-        {"10", "abcdefghij", 'k', "abcdefghij", "k"},
         {"10", "abcdefg-hi", 'j', "abcdefg-", "hij"},
-        {"10", "abcdefghi ", 'x', "abcdefghi", "x"},
-        {"10",
-         "ab\xC0"
-         "defghij",
-         'k',
-         "ab\xC0"
-         "defghij",
-         "k"},
-        {"10",
-         "ab\x80"
-         "defghij",
-         'k', "ab\x80", "defghijk"},
+        {"10.5", "abcdefghi ", 'x', "abcdefghi", "x"},
+        {"10", "ab\300defghij", 'k', "ab\300defghij", "k"},
+        {"10", "ab\200defghij", 'k', "ab\200", "defghijk"},
+        {"none", "", 'b', "", "b"},
+        {"-5", "a", 'b', "", "ab"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.before);
@@ -82,40 +122,18 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
         input.tbWrapWidth_Change(c.width);
         view.line = c.before;
         type(std::string(1, c.k));
-        EXPECT_EQ(display.captions, std::vector<std::string>{"3: 1[" + c.sent + "]"});
+        EXPECT_EQ(display.captions,
+                  std::vector<std::string>{c.sent.empty() ? "3:" : "3: 1[" + c.sent + "]"});
         EXPECT_EQ(view.line, c.stays);
     }
 }
 
-TEST_F(KeyInputTest, EnterOrSendItSendsTheLineWhichLastsUntilTheNextByte) {
-    type("Hello world\r");
-    EXPECT_EQ(display.captions, std::vector<std::string>{"3: 1[Hello world]"});
-    EXPECT_EQ(view.line, "");
-    type("\r");  // an empty line still sends, and the row went blank first
-    type("Bye");
-    input.cmdSend_Click();
-    rig.tavo.drainQueue();
-    EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:", "3: 1[Bye]"}));
-}
-
-TEST_F(KeyInputTest, OnlyTheFirst32CharactersOfAPastedLineGoOut) {
-    input.tbWrapWidth_Change("32");
-    view.line = "Pasted text that runs beyond the 32 columns";
-    type("\b\r");  // backspace isn't wrapped, however long the line
-    EXPECT_EQ(input.getExternalText(1), "Pasted text that runs beyond the");
-}
-
-TEST_F(KeyInputTest, AWidthOfZeroWrapsEveryPrintableKey) {
-    input.tbWrapWidth_Change("none");
-    type("a");
-    type("b");
-    EXPECT_EQ(display.captions, (std::vector<std::string>{"3:", "3:"}));
-    EXPECT_EQ(view.line, "ab");
-}
-
-// Keys typed before a sent line's CR is drained belong to the next line.
-TEST_F(KeyInputTest, KeysTypedBeforeTheLineIsTakenStartTheNextLineInOrder) {
+// Keys typed before a sent line's CR is drained start the next line in order.
+TEST_F(KeyInputTest, LinesGoOutInTheOrderTyped) {
+    type("Hello world\r\r");  // an empty line still sends
+    EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:"}));
     input.tbWrapWidth_Change("10");
+    display.captions.clear();
     type("abcdefghi xyz-pqrstuv");  // as if typed slowly
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[abcdefghi]", "3: 1[xyz-]"}));
     EXPECT_EQ(view.line, "pqrstuv");
@@ -123,31 +141,29 @@ TEST_F(KeyInputTest, KeysTypedBeforeTheLineIsTakenStartTheNextLineInOrder) {
     type("One\rTwo!\b\rThree");
     EXPECT_EQ(display.captions.back(), "3: 1[Two]");
     EXPECT_EQ(view.line, "Three");
-}
-
-// Only the input in use before leaves printable bytes on the ring.
-TEST_F(KeyInputTest, BytesLeftOnTheRingFillTheRowUntilTheNextCR) {
+    // Only the first 32 characters of a pasted line go out; backspace isn't wrapped.
+    view.line = "Pasted text that runs beyond the 32 columns";
+    type("\b\r");
+    EXPECT_EQ(input.getExternalText(1), "Pasted text that runs beyond the");
+    // Bytes another input left on the ring fill the row until the next CR.
     rig.queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "Z" + std::string(29, 'x'));
-    rig.queue("\rc");
+    rig.queue(std::string(30, 'w') + "Q\rc");  // Q at column 32 again
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "c");
+    EXPECT_EQ(view.line, "Q") << "the carry goes on the input line at the CR";
 }
 
 TEST_F(KeyInputTest, ShowFormGreetsWithANoticeForFiveSecondsAndCaptures) {
     rig.dispatch.postAt(4999,
                         [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
     rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
-    rig.dispatch.postAt(6000, [&] { type("Hi\r"); });
     rig.dispatch.postAt(7000, [&] { rig.tavo.stopCapture(); });
     rig.console();
     input.showForm();
     EXPECT_EQ(view.widthText, "32");
-    EXPECT_EQ(input.iWrapWidth, 32);
     EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
-    EXPECT_FALSE(input.timerNotify().enabled());
-    EXPECT_EQ(display.captions, std::vector<std::string>{"3: 1[Hi]"});
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #pragma once
-// A filter whose 15 rows the caller writes: it stands in for a decoder when
-// the display output is tested, measured or fuzzed on its own.
+// A filter whose 15 rows the caller writes, for the display output on its own.
 
 #include <array>
 #include <string>
@@ -9,15 +8,13 @@
 
 namespace zelvan::testing {
 
-class RowsFilter : public InputFilter {
-  public:
+struct RowsFilter : InputFilter {
     void showForm() override {}
     void hideForm() override {}
     std::int16_t filterEntry(const std::string&, std::string& out) override {
         out.clear();
         return kStyleNothing;
     }
-    // Without trailing blanks, as every filter serves its rows.
     std::string getExternalText(std::int16_t i) override {
         if (i < 1 || i > 15) return std::string();
         const std::string& row = rows[static_cast<std::size_t>(i)];

@@ -1,47 +1,41 @@
-// The main window for real: what the operator sees of queued bytes, E X I T
-// writing the settings file, and the decoder entry surviving a restart.
+// The main window for real, and the help, reference and preferences windows.
 
 #include <gtest/gtest.h>
 #include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTemporaryDir>
+
+#include <fstream>
 
 #include "core/appshell.h"
 #include "core/frmtavo.h"
 #include "platform/qtsettingsstore.h"
+#include "support/frmansitable.h"
+#include "support/frmhelp.h"
+#include "support/frmtavoprefs.h"
 #include "support/qtrig.h"
 
 namespace zelvan {
 namespace {
 
+using testing::waitFor;
+
 struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
 };
 
-// The status of the shutdown shows at once: the process ends inside
-// exitProgram, before any later refresh could draw.
-TEST_F(MainWindowTest, QueuedBytesShowWithControlBytesInRedAndShutdownShowsItsStatus) {
-    window.show();
-    for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
-    tavo.pollInput();
-    EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
-    EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
-    QTextCursor cursor(window.findChild<QPlainTextEdit*>("rtbReadHistory")->document());
-    cursor.setPosition(3);  // just after "HiM"
-    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
-    cursor.setPosition(2);
-    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0));
-
-    tavo.shell = &shell;
-    tavo.exitProgram();
-    EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
-              QStringLiteral("Closing input filter. Stand by..."));
-}
-
-TEST(SettingsFile, ExitWritesTheGeneralSectionInTheUsersConfigFolder) {
+// E X I T's status shows at once: the process ends before any later refresh.
+TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
     QtDispatch dispatch;
     QtSettingsStore store;
     testing::RecordingTone tone;
@@ -50,30 +44,33 @@ TEST(SettingsFile, ExitWritesTheGeneralSectionInTheUsersConfigFolder) {
     Tavo tavo{dispatch, store, tone};
     frmTavo window{tavo, shell};
     tavo.shell = &shell;
+    window.show();
+    for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
+    tavo.pollInput();
+    EXPECT_EQ(window.readHistoryText(), QStringLiteral("HiMJT é"));
+    EXPECT_EQ(window.totCharsText(), QStringLiteral("7"));
+    QTextCursor cursor(window.findChild<QPlainTextEdit*>("rtbReadHistory")->document());
+    cursor.setPosition(3);  // just after "HiM"
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(255, 0, 0));
+
     tavo.InputFilterType = 3;
     tavo.StartupBarker = "One, two<br>\x95 three \xe9";
-
-    const QString expected =
-        qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
-        QStringLiteral("/Zelvan21/Zelvan21.ini");
-    EXPECT_EQ(store.fileName(), expected);
-    QFile::remove(expected);
+    const QString path = qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
+                         QStringLiteral("/Zelvan21/Zelvan21.ini");
+    QFile::remove(path);
     window.findChild<QPushButton*>(QStringLiteral("cmdExit"))->click();
     EXPECT_EQ(shell.ends, 1);
-
-    QFile file(expected);
+    EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
+              QStringLiteral("Closing input filter. Stand by..."));
+    QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
-    EXPECT_TRUE(text.startsWith(QStringLiteral("[General]"))) << text.toStdString();
-    for (const char* key : {"BeepOnMessage=false", "DoStartupBarker=true", "Obfuscate=",
-                            "ObfuscateType=0", "InputFilterType=3", "ExitDisplayTask=1"})
-        EXPECT_TRUE(text.contains(QString::fromLatin1(key), Qt::CaseInsensitive)) << key;
+    EXPECT_TRUE(text.contains(QStringLiteral("InputFilterType=3"))) << text.toStdString();
     EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
 
-// The entry switches the decoder both line-21 filters share and saves the
-// setting at once; the next start reads it back.
-TEST(DecoderSetting, BroadcastEdmEntrySwitchesTheSharedDecoderAndSurvivesARestart) {
+// The Broadcast EDM entry saves the shared decoder's setting at once.
+TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
     const auto entry = [](AppShell& shell) {
         for (QAction* a : shell.mainWindow()->findChildren<QAction*>())
             if (a->text() == QStringLiteral("Broadcast EDM (keep position)")) return a;
@@ -81,6 +78,15 @@ TEST(DecoderSetting, BroadcastEdmEntrySwitchesTheSharedDecoderAndSurvivesARestar
     };
     testing::QtRig rig;
     AppShell shell, restarted;
+    shell.showHelp();
+    frmHelp* first = shell.lastHelp();
+    shell.showHelp();
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(shell.lastHelp(), first);
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_TRUE(shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
+    for (frmHelp* help : {first, shell.lastHelp()}) help->close();
+
     shell.showMainWindow(rig.tavo);
     const std::unique_ptr<frmTavo> window(shell.mainWindow());
     ASSERT_NE(entry(shell), nullptr);
@@ -92,6 +98,108 @@ TEST(DecoderSetting, BroadcastEdmEntrySwitchesTheSharedDecoderAndSurvivesARestar
     const std::unique_ptr<frmTavo> second(restarted.mainWindow());
     EXPECT_TRUE(restarted.decoder().EdmKeepsPosition);
     EXPECT_TRUE(entry(restarted)->isChecked());
+}
+
+struct HelpPages : ::testing::Test {
+    QTemporaryDir dir;
+    QString page(const QString& name, const std::string& title) {
+        std::ofstream(dir.filePath(name).toStdString())
+            << "<html><head><title>" << title << "</title></head><body>roll-up</body></html>";
+        return dir.filePath(name);
+    }
+    void enter(frmHelp& help, const QString& address) {
+        help.addressBox()->setEditText(address);
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(help.addressBox()->lineEdit(), &key);
+    }
+    QString entries(frmHelp& help) {
+        QStringList out;
+        for (int i = 0; i < help.addressBox()->count(); ++i) out << help.addressBox()->itemText(i);
+        return out.join(' ');
+    }
+};
+
+// Visiting A, B, A lists each page once, latest first.
+TEST_F(HelpPages, AddressListStopAndSearch) {
+    const QString a = page("a.htm", "Page A"), b = page("b.htm", "Page B");
+    frmHelp help;
+    help.StartingAddress = a;
+    help.show();
+    ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Page A"; }));
+    enter(help, b);
+    ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Page B"; }));
+    enter(help, a);
+    ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Page A"; }));
+    EXPECT_EQ(entries(help), a + ' ' + b);
+    help.toolbarClick("Back");
+    EXPECT_EQ(help.windowTitle(), "Page B");
+    EXPECT_EQ(entries(help), b + ' ' + a);
+
+    enter(help, a);
+    help.timerTick();
+    EXPECT_EQ(help.windowTitle(), "Working...");
+    help.toolbarClick("Stop");
+    EXPECT_EQ(help.windowTitle(), "Page B");
+    testing::settle(50);
+    EXPECT_EQ(help.browser()->LocationURL(), b);
+
+    help.toolbarClick("Search");
+    help.searchFor("ROLL-UP");
+    ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Search: ROLL-UP"; }));
+    EXPECT_TRUE(help.browser()->toHtml().contains(QUrl::fromLocalFile(a).toString()));
+}
+
+// The label reloads the file into the one window; a broken file leaves it up.
+TEST_F(MainWindowTest, ControlCodeReference) {
+    QTemporaryDir dir;
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(dir.path());
+    const auto write = [&](const std::string& rtf) {
+        std::ofstream(dir.filePath("ansi.rtf").toStdString(), std::ios::binary) << rtf;
+    };
+    write("{\\rtf1 first\\par}");
+    window.lblControlCodes_Click();
+    frmAnsiTable* ref = window.ansiWindow();
+    ASSERT_NE(ref, nullptr);
+    EXPECT_EQ(ref->pane()->toPlainText().trimmed(), "first");
+    write("{\\rtf1 second\\par}");
+    window.lblControlCodes_Click();
+    EXPECT_EQ(window.ansiWindow(), ref);
+    EXPECT_EQ(ref->pane()->toPlainText().trimmed(), "second");
+    write(std::string("\x00\xff{\\rtf1{{{", 10));
+    window.lblControlCodes_Click();
+    QFile::remove(dir.filePath("ansi.rtf"));
+    window.lblControlCodes_Click();
+    EXPECT_TRUE(ref->isVisible());
+    QDir::setCurrent(before);
+
+    QMouseEvent dbl(QEvent::MouseButtonDblClick, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton,
+                    Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(ref->pane()->viewport(), &dbl);
+    ASSERT_TRUE(waitFor([&] { return window.ansiWindow() == nullptr; }));
+}
+
+// One window: Escape drops it unapplied, OK applies and closes.
+TEST_F(MainWindowTest, Preferences) {
+    window.mnuFilePrefs_Click();
+    frmTavoPrefs* prefs = window.prefsWindow();
+    window.mnuFilePrefs_Click();
+    EXPECT_EQ(window.prefsWindow(), prefs);
+    QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(prefs, &esc);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(window.prefsWindow(), nullptr);
+    EXPECT_EQ(store.writes(), 0);
+
+    window.mnuFilePrefs_Click();
+    prefs = window.prefsWindow();
+    prefs->show();
+    prefs->findChild<QCheckBox*>("chkObfuscate")->click();
+    EXPECT_TRUE(prefs->findChild<QListWidget*>("lbObfuscateType")->isVisible());
+    prefs->findChild<QPushButton*>("cmdOK")->click();
+    EXPECT_EQ(store.get("General", "Obfuscate", ""), "True");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(window.prefsWindow(), nullptr);
 }
 
 }  // namespace

@@ -1,135 +1,173 @@
-// The keyboard and ASCII serial windows for real, each with the real display
-// window on a pseudo-terminal that plays the sign: typed lines and text from
-// a serial line go all the way to the sign. Keys reach the input line the way
-// the window system delivers them, shortcuts included.
+// The text input windows for real, the display recorded, the serial line a pty.
 
 #include <gtest/gtest.h>
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest/QTest>
 
-#include "display/frmoutdw.h"
-#include "display/signmodel.h"
+#include <fstream>
+
 #include "platform/devicemap.h"
 #include "support/pty.h"
 #include "support/qtrig.h"
 #include "textinput/frminascii.h"
 #include "textinput/frminkey.h"
+#include "textinput/frmintds.h"
 
 namespace zelvan {
 namespace {
 
-std::string trimmed(const std::string& s) {
-    const auto first = s.find_first_not_of(' ');
-    if (first == std::string::npos) return {};
-    return s.substr(first, s.find_last_not_of(' ') - first + 1);
-}
+using testing::waitFor;
+using Captions = std::vector<std::string>;
 
 struct TextWindowTest : ::testing::Test, testing::QtRig {
-    testing::PtyEnd sign;
-    std::unique_ptr<frmOutDW> display;
-    SignModel model;
+    testing::CaptionRecorder display{tavo};
 
-    void SetUp() override {
-        ASSERT_FALSE(sign.slave.empty());
-        setDevicePath(store, 2, sign.slave);
-        tavo.view = &shell.view;
-        tavo.DoStartupBarker = false;
-        display = std::make_unique<frmOutDW>(tavo, shell);
-        tavo.frmOutDW = display.get();
+    TextWindowTest() {
+        tavo.frmOutDW = &display;
         tavo.bOutDW = true;
-        display->showForm();
     }
-    // The sign's three rows as a reader sees them, "|" between.
-    std::string signRows() {
-        model.feed(sign.take());
-        std::string rows;
-        for (int r = 1; r <= 3; ++r) rows += trimmed(model.rowThroughReflector(r)) + "|";
-        return rows;
-    }
-    // Runs capture turns, as a timed wait does, until the sign shows `rows`.
-    bool captureUntilSignShows(const std::string& rows) {
+    void captureUntil(std::size_t n) {
         QElapsedTimer clock;
         clock.start();
-        while (signRows() != rows && clock.elapsed() < 5000) tavo.pollInput();
-        return signRows() == rows;
+        while (display.captions.size() < n && clock.elapsed() < 5000) tavo.pollInput();
     }
 };
 
-struct FrmInKeyTest : TextWindowTest {
-    std::unique_ptr<frmInKey> window;
-    void SetUp() override {
-        TextWindowTest::SetUp();
-        window = std::make_unique<frmInKey>(tavo, shell);
-        tavo.frmInKey = window.get();
-        tavo.bInKey = true;
-    }
-};
-
-// Three lines typed fast, the second long enough to wrap at its last word
-// break, stand on the sign's three rows. Letters that are key codes elsewhere
-// (F1 is 112, a "p") type like any other; F1 itself opens the help.
-TEST_F(FrmInKeyTest, TypedLinesReachTheSignAndALongOneWrapsAtAWordBreak) {
-    bool shown = false;
-    QTimer::singleShot(0, window.get(), [&] {
-        EXPECT_EQ(window->lblNotify->text(), QString::fromLatin1(kBetterTypeFast));
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        QTest::keyClick(window->tbInput, Qt::Key_F1);
+// Letters that are key codes elsewhere (F1 is 112, a "p") type like any other.
+TEST_F(TextWindowTest, KeyboardLinesGoOutAndALongOneWrapsAtAWordBreak) {
+    frmInKey window(tavo, shell);
+    tavo.frmInKey = &window;
+    tavo.bInKey = true;
+    QTimer::singleShot(0, &window, [&] {
+        EXPECT_EQ(window.lblNotify->text(), QString::fromLatin1(kBetterTypeFast));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(window.tbInput, Qt::Key_F1);
         EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
-        QTest::keyClicks(window->tbInput, QStringLiteral("Evening plans"));
-        QTest::keyClick(window->tbInput, Qt::Key_Return);
-        QTest::keyClicks(window->tbInput,
+        QTest::keyClicks(window.tbInput, QStringLiteral("Evening plans"));
+        QTest::keyClick(window.tbInput, Qt::Key_Return);
+        QTest::keyClicks(window.tbInput,
                          QStringLiteral("The quick brown fox jumps over the lazy dog"));
-        window->cmdSend->click();
-        shown = captureUntilSignShows("Evening plans|The quick brown fox jumps over|the lazy dog|");
+        window.cmdSend->click();
+        captureUntil(3);
         tavo.stopCapture();
     });
-    window->showForm();  // returns when capture stops
-    EXPECT_TRUE(shown) << signRows() << "\n" << model.dump();
-    EXPECT_EQ(window->tbInput->text(), QString());
-    EXPECT_FALSE(window->close());  // refused: only hideForm takes it away
+    window.showForm();  // returns when capture stops
+    EXPECT_EQ(display.captions,
+              (Captions{"3: 1[Evening plans]", "3: 1[The quick brown fox jumps over]",
+                        "3: 1[the lazy dog]"}));
+    EXPECT_EQ(window.tbInput->text(), QString());
+    EXPECT_FALSE(window.close());  // refused: only hideForm takes it away
 }
 
-struct FrmInAsciiTest : TextWindowTest {
+// Shown with its port closed; hiding closes an open port and saves its section.
+TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     testing::PtyEnd line;
-    std::unique_ptr<frmInAscii> window;
-    void SetUp() override {
-        TextWindowTest::SetUp();
-        setDevicePath(store, 3, line.slave);
-        store.set("AsciiPort", "port", "3");
-        window = std::make_unique<frmInAscii>(tavo, shell);
-        tavo.frmInAscii = window.get();
-        tavo.bInAscii = true;
-        window->showForm();
-    }
-};
-
-// Each run of CR and LF ends one line, and a line too long for the row wraps
-// at its last word break: four lines out, the last three on the sign.
-TEST_F(FrmInAsciiTest, TextFromTheSerialLineReachesTheSignLineByLine) {
-    EXPECT_EQ(window->cmdPortSetup->text(), QStringLiteral("3:9600,n,8,1"));
-    EXPECT_TRUE(window->lblOpenPortDummy->isVisibleTo(window.get()));
-    bool shown = false;
-    int rollups = 0;
-    QTimer::singleShot(0, window.get(), [&] {
-        EXPECT_FALSE(window->lblOpenPortDummy->isVisibleTo(window.get()));
-        signRows();
-        rollups = model.rollups;
+    setDevicePath(store, 3, line.slave);
+    store.set("AsciiPort", "port", "3");
+    store.set("AsciiPort", "baud", "2400");
+    frmInAscii window(tavo, shell);
+    tavo.frmInAscii = &window;
+    tavo.bInAscii = true;
+    window.showForm();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.cmdPortSetup->text(), QStringLiteral("3:2400,n,8,1"));
+    EXPECT_EQ(tavo.InputFilterType, 3);
+    EXPECT_TRUE(window.lblOpenPortDummy->isVisibleTo(&window));
+    QTimer::singleShot(0, &window, [&] {
+        EXPECT_FALSE(window.lblOpenPortDummy->isVisibleTo(&window));
         line.send("One\rTwo\n\rThree is a line far too long for the sign\r\n\n");
-        shown = captureUntilSignShows("Two|Three is a line far too long|for the sign|");
-        rollups = model.rollups - rollups;
-        EXPECT_EQ(window->cmdPortOpen->text(), QStringLiteral("Close"));
-        window->cmdPortOpen->click();  // closes the port and ends capture
+        captureUntil(4);
+        EXPECT_EQ(window.cmdPortOpen->text(), QStringLiteral("Close"));
+        window.cmdPortOpen->click();  // closes the port and ends capture
     });
-    window->cmdPortOpen->click();
-    EXPECT_TRUE(shown) << signRows() << "\n" << model.dump();
-    EXPECT_EQ(rollups, 4);
-    EXPECT_FALSE(window->input().link().isPortOpen());
-    window->flushPane();
-    EXPECT_EQ(window->rtbDM->toPlainText().trimmed(), QString());
+    window.cmdPortOpen->click();
+    EXPECT_EQ(display.captions,
+              (Captions{"3: 1[One]", "3: 1[Two]", "3: 1[Three is a line far too long]",
+                        "3: 1[for the sign]"}));
+    EXPECT_FALSE(window.input().link().isPortOpen());
+    QTimer::singleShot(0, &window, [&] {
+        window.hideForm();
+        tavo.stopCapture();
+    });
+    window.cmdPortOpen->click();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_FALSE(window.input().link().isPortOpen());
+    EXPECT_EQ(store.get("AsciiPort", "baud", ""), "2400");
+    EXPECT_FALSE(store.has("AsciiPort", "stopbits"));
+}
+
+// A key as the operator presses it, where the focus stands.
+void press(QWidget* focus, Qt::Key key, const QString& text = {}) {
+    focus->setFocus();
+    ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == focus; }));
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(focus, &down);
+}
+
+// Stepping itself is the logic's; here each way in has to reach it, keys
+// seen before the focused control.
+TEST_F(TextWindowTest, CaptionFileDialogMenuButtonsAndKeysReachTheActions) {
+    frmInTDS window(tavo, shell);
+    QTemporaryDir dir;
+    QStringList asked;
+    std::optional<QString> answer;
+    window.setFileChooser(
+        [&](QWidget*, const QString& title, const QString& start, const QStringList& filters) {
+            asked << title << start << filters.join(u'|');
+            return answer;
+        });
+    tavo.frmInTDS = &window;
+    tavo.bInTDS = true;
+    window.showForm();
+    window.cmdSelectTDSFile->click();  // Cancel
+    EXPECT_EQ(asked.value(2),
+              QStringLiteral("TDS,Text (tds;txt) (*.tds *.txt)|SubRip (srt) (*.srt)|"
+                             "WebVTT (vtt) (*.vtt)|All (*) (*)"));
+    answer = dir.filePath("show.vtt");
+    std::ofstream(answer->toStdString(), std::ios::binary)
+        << "WEBVTT\n\n00:01.000 --> 00:02.000\nOne\n\n00:03.000 --> 00:04.000\n"
+           "Caf\xC3\xA9 two\n\n00:05.000 --> 00:06.000\nThree\n";
+    window.mnuFileOpen->trigger();
+    EXPECT_EQ(window.tbTDSFile->text(), QStringLiteral("show.vtt"));
+    auto current = [&] { return window.rtbCaptionCurrent->toPlainText(); };
+    window.bSend->click();
+    window.mnuSend->trigger();
+    EXPECT_EQ(current(), QStringLiteral("Caf\u00E9 two"));
+    window.bRewind->click();
+    window.mnuCaptionRewind->trigger();
+    EXPECT_EQ(window.rtbCaptionNext->toPlainText(), QStringLiteral("One"));
+    window.bErase->click();
+    EXPECT_TRUE(current().isEmpty());
+
+    window.activateWindow();
+    press(window.tbTDSFile, Qt::Key_PageDown);
+    EXPECT_EQ(current(), QStringLiteral("One"));
+    EXPECT_EQ(QApplication::focusWidget(), window.bSend) << "stepping gives Send the focus";
+    press(window.bSend, Qt::Key_PageUp);
+    EXPECT_TRUE(current().isEmpty());
+    window.bSend->click();
+    press(window.tbTCOffset, Qt::Key_E, QStringLiteral("E"));
+    EXPECT_TRUE(current().isEmpty()) << "E erases anywhere";
+    EXPECT_EQ(window.tbTCOffset->text(), QStringLiteral("+00:00:00:00E")) << "and still types";
+    window.mnuSend->trigger();
+    window.mnuErase->trigger();
+    EXPECT_TRUE(current().isEmpty());
+    press(window.tbTCOffset, Qt::Key_F1);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "help"), 1);
+
+    answer.reset();
+    window.cmdSelectTDSFile->click();
+    EXPECT_EQ(asked.value(7), dir.filePath("show.vtt"));
+    window.close();
+    EXPECT_TRUE(window.isVisible()) << "only hideForm takes it away";
 }
 
 }  // namespace

@@ -1,0 +1,122 @@
+// The support windows' logic: the reference's rich text reader, the preferences.
+
+#include <gtest/gtest.h>
+
+#include "support/ansireference.h"
+#include "support/fakes.h"
+#include "support/rtfreader.h"
+#include "support/tavoprefs.h"
+
+namespace zelvan {
+namespace {
+
+std::string text(std::string_view rtf) {
+    return rtf::toPlainText(rtf::parse(rtf));
+}
+
+TEST(RtfReader, OurReferenceReadsAsTablesOfFramesCodesAndCharacters) {
+    const std::string plain = text(ansiReferenceRtf());
+    // A sign frame: the readable notation (û is U+00FB) and the bytes.
+    EXPECT_NE(plain.find("Bright | \u00FB01\u00FB20\u00FB7F \u00FB01 | 01 20 7F 20 01"),
+              std::string::npos)
+        << plain;
+    EXPECT_NE(plain.find("EOC | 14 2F | 1C 2F |"), std::string::npos);
+    EXPECT_NE(plain.find("11 37 | \u2022"), std::string::npos);  // the music note stand-in
+    // Row 8x of the code page starts with the euro sign; 81 has no character.
+    EXPECT_NE(plain.find("8x | \u20AC |  | \u201A"), std::string::npos);
+}
+
+TEST(RtfReader, DecodesEscapedAndUnicodeCharactersSkippingTheirStandIns) {
+    EXPECT_EQ(text(R"({\rtf1 caf\'e9 \'80 \u8364? \uc2\u-3913 xxy\tab z\par})"),
+              "caf\u00E9 \u20AC \u20AC \uF0B7y\tz\n");
+    EXPECT_EQ(text(R"({\rtf1 a\{b\}c\\d\~e\'C9\'Af\par})"), "a{b}c\\d\u00A0e\u00C9\u00AF\n");
+}
+
+TEST(RtfReader, SkipsDestinationsThatHoldNoText) {
+    EXPECT_EQ(text(R"({\rtf1{\fonttbl{\f0 Arial;}}{\colortbl;\red1;}{\info{\title T}})"
+                   R"({\*\generator G;}{\pict\bin4 {{{ }shown\par})"),
+              "shown\n");
+}
+
+// Each run keeps its look (a group's end ends it); rows of cells are one table.
+TEST(RtfReader, KeepsTheLookOfEachRunAndJoinsRowsOfCellsIntoOneTable) {
+    const rtf::Document doc = rtf::parse(
+        R"({\rtf1 plain \b bold\b0{\i\fs40 big}\ul under\ulnone\par)"
+        R"(\trowd\cellx1\intbl a\cell b<\cell\row\trowd\intbl c\cell\row\pard after\par})");
+    EXPECT_EQ(rtf::toPlainText(doc), "plain boldbigunder\na | b<\nc\nafter\n");
+    const std::string html = rtf::toHtml(doc);
+    for (const char* run : {"12pt\"><b>bold<", "20pt\"><i>big<", "12pt\"><u>under<", "b&lt;"})
+        EXPECT_NE(html.find(run), std::string::npos) << run << "\n" << html;
+    EXPECT_EQ(html.find("<table", html.find("<table") + 1), std::string::npos);
+}
+
+TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
+    EXPECT_EQ(text(""), "");
+    EXPECT_EQ(text("not rich text at all"), "not rich text at all\n");
+    EXPECT_EQ(text(R"({\rtf1 kept\par}}}} more)"), "kept\n more\n");
+    EXPECT_EQ(text(R"({\rtf1 cut \'4)"), "cut \x04\n");
+    EXPECT_EQ(text(R"({\rtf1 x\bin99999999)"), "x\n");
+    EXPECT_EQ(text(std::string(100000, '{') + "deep"), "deep\n");
+    EXPECT_EQ(text(std::string("a\0b\xff", 4)), std::string("a\0b\u00FF", 5) + "\n");
+}
+
+struct Prefs : ::testing::Test, testing::Rig {
+    PrefsForm form{tavo};
+    std::string stored(const char* key) { return store.get("General", key, "<none>"); }
+};
+
+// A box set to a value runs its click only when the value changes; Clear
+// then Cancel writes nothing, yet shutdown saves Clear.
+TEST_F(Prefs, BoxesActOnChangeAndClearThenCancelWritesNothing) {
+    tavo.DoStartupBarker = false;
+    form.formLoad();
+    EXPECT_TRUE(form.c.tbStartupBarkerEnabled) << "an unticked box fires nothing at load";
+    form.setStartupBarkerBox(1);
+    form.setStartupBarkerBox(0);
+    EXPECT_FALSE(form.c.tbStartupBarkerEnabled);
+    EXPECT_FALSE(form.c.lbObfuscateTypeVisible);
+    form.setObfuscateBox(1);
+    EXPECT_TRUE(form.c.lbObfuscateTypeVisible);
+    EXPECT_EQ(form.c.lbObfuscateTypeIndex, 0);
+    form.setObfuscateBox(0);
+    EXPECT_FALSE(form.c.lbObfuscateTypeVisible);
+    EXPECT_EQ(tavo.ObfuscateType, 0);
+    // Clear, then Cancel: the window goes, applyPrefs doesn't run.
+    form.setCaptionText("Not kept");
+    form.rbExitDisp_Click(2);
+    EXPECT_EQ(store.writes(), 0);
+    EXPECT_EQ(tavo.ExitDisplayTask, 2);
+    EXPECT_EQ(tavo.StartupBarker, kDefaultStartupBarker);
+    tavo.saveSettings();  // as shutdown does
+    EXPECT_EQ(stored("ExitDisplayTask"), "2");
+}
+
+// A stored type the list has not got stays through Apply.
+TEST_F(Prefs, ApplyWritesEveryKeyEachTimeAndAnEmptyCaptionHasNoLines) {
+    tavo.ExitDisplayTask = 7;  // no option button stands for it
+    tavo.Obfuscate = true;
+    tavo.ObfuscateType = 5;
+    form.formLoad();
+    EXPECT_EQ(form.c.lbObfuscateTypeIndex, -1);
+    form.setBeepBox(1);
+    form.setCaptionText("One<br>Two");
+    form.applyPrefs();
+    const int once = store.writes();
+    EXPECT_EQ(stored("BeepOnMessage"), "True");
+    EXPECT_EQ(stored("ExitDisplayTask"), "0");
+    EXPECT_EQ(stored("ObfuscateType"), "5");
+    form.applyPrefs();
+    EXPECT_EQ(store.writes(), 2 * once);
+    EXPECT_EQ(stored("StartupBarker"), "One<br>Two");
+    EXPECT_EQ(tavo.barkerLineCount, 2);
+    EXPECT_EQ(tavo.barkerLines[1], "Two");
+    form.setCaptionText("");
+    form.applyPrefs();
+    EXPECT_EQ(tavo.barkerLineCount, 0);
+    EXPECT_EQ(stored("StartupBarker"), "");
+    form.lbObfuscateType_Click(0);
+    EXPECT_EQ(tavo.ObfuscateType, 0) << "a click on the list acts at once";
+}
+
+}  // namespace
+}  // namespace zelvan
