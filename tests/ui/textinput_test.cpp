@@ -1,4 +1,5 @@
-// The text input windows for real, the display recorded, the serial line a pty.
+// The text input windows for real, from keys, a serial line (a pty) and a
+// caption file to a sign on a pty, through the real display window.
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -14,6 +15,8 @@
 
 #include <fstream>
 
+#include "display/frmoutdw.h"
+#include "display/signmodel.h"
 #include "platform/devicemap.h"
 #include "support/pty.h"
 #include "support/qtrig.h"
@@ -25,19 +28,42 @@ namespace zelvan {
 namespace {
 
 using testing::waitFor;
-using Captions = std::vector<std::string>;
 
+std::string trimmed(const std::string& s) {
+    const auto first = s.find_first_not_of(' ');
+    if (first == std::string::npos) return {};
+    return s.substr(first, s.find_last_not_of(' ') - first + 1);
+}
+
+// Each road ends at the real display window, its sign on a pseudo-terminal.
 struct TextWindowTest : ::testing::Test, testing::QtRig {
-    testing::CaptionRecorder display{tavo};
+    testing::PtyEnd sign;
+    std::unique_ptr<frmOutDW> display;
+    SignModel model;
 
-    TextWindowTest() {
-        tavo.frmOutDW = &display;
+    void SetUp() override {
+        ASSERT_FALSE(sign.slave.empty());
+        setDevicePath(store, 2, sign.slave);
+        tavo.view = &shell.view;
+        tavo.DoStartupBarker = false;
+        display = std::make_unique<frmOutDW>(tavo, shell);
+        tavo.frmOutDW = display.get();
         tavo.bOutDW = true;
+        display->showForm();
     }
-    void captureUntil(std::size_t n) {
+    // The sign's three rows as the audience reads them, "|" after each.
+    std::string signRows() {
+        model.feed(sign.take());
+        std::string rows;
+        for (int r = 1; r <= 3; ++r) rows += trimmed(model.rowThroughReflector(r)) + "|";
+        return rows;
+    }
+    // Runs capture turns, as a timed wait does, until the sign shows `rows`.
+    bool captureUntilSignShows(const std::string& rows) {
         QElapsedTimer clock;
         clock.start();
-        while (display.captions.size() < n && clock.elapsed() < 5000) tavo.pollInput();
+        while (signRows() != rows && clock.elapsed() < 5000) tavo.pollInput();
+        return signRows() == rows;
     }
 };
 
@@ -56,13 +82,12 @@ TEST_F(TextWindowTest, KeyboardLinesGoOutAndALongOneWrapsAtAWordBreak) {
         QTest::keyClicks(window.tbInput,
                          QStringLiteral("The quick brown fox jumps over the lazy dog"));
         window.cmdSend->click();
-        captureUntil(3);
+        EXPECT_TRUE(
+            captureUntilSignShows("Evening plans|The quick brown fox jumps over|the lazy dog|"))
+            << model.dump();
         tavo.stopCapture();
     });
     window.showForm();  // returns when capture stops
-    EXPECT_EQ(display.captions,
-              (Captions{"3: 1[Evening plans]", "3: 1[The quick brown fox jumps over]",
-                        "3: 1[the lazy dog]"}));
     EXPECT_EQ(window.tbInput->text(), QString());
     EXPECT_FALSE(window.close());  // refused: only hideForm takes it away
 }
@@ -84,14 +109,12 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     QTimer::singleShot(0, &window, [&] {
         EXPECT_FALSE(window.lblOpenPortDummy->isVisibleTo(&window));
         line.send("One\rTwo\n\rThree is a line far too long for the sign\r\n\n");
-        captureUntil(4);
+        EXPECT_TRUE(captureUntilSignShows("Two|Three is a line far too long|for the sign|"))
+            << model.dump();
         EXPECT_EQ(window.cmdPortOpen->text(), QStringLiteral("Close"));
         window.cmdPortOpen->click();  // closes the port and ends capture
     });
     window.cmdPortOpen->click();
-    EXPECT_EQ(display.captions,
-              (Captions{"3: 1[One]", "3: 1[Two]", "3: 1[Three is a line far too long]",
-                        "3: 1[for the sign]"}));
     EXPECT_FALSE(window.input().link().isPortOpen());
     QTimer::singleShot(0, &window, [&] {
         window.hideForm();
@@ -141,11 +164,13 @@ TEST_F(TextWindowTest, CaptionFileDialogMenuButtonsAndKeysReachTheActions) {
     window.bSend->click();
     window.mnuSend->trigger();
     EXPECT_EQ(current(), QStringLiteral("Caf\u00E9 two"));
+    EXPECT_TRUE(waitFor([&] { return signRows() == "Caf\xE9 two|||"; })) << model.dump();
     window.bRewind->click();
     window.mnuCaptionRewind->trigger();
     EXPECT_EQ(window.rtbCaptionNext->toPlainText(), QStringLiteral("One"));
     window.bErase->click();
     EXPECT_TRUE(current().isEmpty());
+    EXPECT_TRUE(waitFor([&] { return signRows() == "|||"; })) << model.dump();
 
     window.activateWindow();
     press(window.tbTDSFile, Qt::Key_PageDown);
