@@ -114,7 +114,6 @@ void InL21::takeTextByte(std::uint8_t c) {
 // EIA-608 sends each control pair twice; the second copy is dropped. Only a
 // text byte accepted on the active channel ends the memory of the last pair.
 void InL21::takeSecondByte(char c, Outcome& out) {
-    out.line.clear();
     sSecond.assign(1, c);
     if (sSecond != sPrevSecond || sFirst != sPrevFirst)
         actOnPair(static_cast<std::uint8_t>(sFirst[0]), static_cast<std::uint8_t>(c), out);
