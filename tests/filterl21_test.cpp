@@ -59,6 +59,7 @@ TEST_F(DecoderTest, PopOnLoadsOffScreenAndWritesOnInTheBankOnShow) {
 TEST_F(DecoderTest, TextBeforeAnyPreambleStartsAtRow1Column1) {
     feed(kRCL + "AB");
     EXPECT_EQ(row(m.iNM, 1), "AB");
+    EXPECT_NE(m.dump().find("bank 2 (NM):\n 1|AB"), std::string::npos) << m.dump();
 }
 
 TEST_F(DecoderTest, RollUpEntryErasesBothBanksAndACrEndsTheLine) {
