@@ -49,7 +49,7 @@ TEST_F(ConsoleTest, LinesBoxPullsOutOfRangeTextBackIntoOneToThree) {
     };
     for (const Case& c :
          {Case{"4", "3", 3}, Case{"1", "1", 1}, Case{"", "1", 1}, Case{"-5", "1", 1},
-          Case{" 2.6", " 2.6", 3}, Case{"99999999999999999999", "3", 3}}) {
+          Case{" 2.6", " 2.6", 3}, Case{"2.51", "2.51", 3}, Case{"99999999999999999999", "3", 3}}) {
         console.setLinesText("2");
         console.setLinesText(c.typed);
         EXPECT_EQ(view.linesText, c.shown) << c.typed;
