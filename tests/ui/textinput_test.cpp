@@ -15,6 +15,7 @@
 
 #include <fstream>
 
+#include "demo/captionwatch.h"
 #include "display/frmoutdw.h"
 #include "display/signmodel.h"
 #include "platform/devicemap.h"
@@ -28,12 +29,6 @@ namespace zelvan {
 namespace {
 
 using testing::waitFor;
-
-std::string trimmed(const std::string& s) {
-    const auto first = s.find_first_not_of(' ');
-    if (first == std::string::npos) return {};
-    return s.substr(first, s.find_last_not_of(' ') - first + 1);
-}
 
 // Each road ends at the real display window, its sign on a pseudo-terminal.
 struct TextWindowTest : ::testing::Test, testing::QtRig {
@@ -51,12 +46,10 @@ struct TextWindowTest : ::testing::Test, testing::QtRig {
         tavo.bOutDW = true;
         display->showForm();
     }
-    // The sign's three rows as the audience reads them, "|" after each.
+    // The caption as the audience reads it in the reflector, rows joined by " / ".
     std::string signRows() {
         model.feed(sign.take());
-        std::string rows;
-        for (int r = 1; r <= 3; ++r) rows += trimmed(model.rowThroughReflector(r)) + "|";
-        return rows;
+        return reflectorCaption(model);
     }
     // Runs capture turns, as a timed wait does, until the sign shows `rows`.
     bool captureUntilSignShows(const std::string& rows) {
@@ -83,7 +76,7 @@ TEST_F(TextWindowTest, KeyboardLinesGoOutAndALongOneWrapsAtAWordBreak) {
                          QStringLiteral("The quick brown fox jumps over the lazy dog"));
         window.cmdSend->click();
         EXPECT_TRUE(
-            captureUntilSignShows("Evening plans|The quick brown fox jumps over|the lazy dog|"))
+            captureUntilSignShows("Evening plans / The quick brown fox jumps over / the lazy dog"))
             << model.dump();
         tavo.stopCapture();
     });
@@ -109,7 +102,7 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     QTimer::singleShot(0, &window, [&] {
         EXPECT_FALSE(window.lblOpenPortDummy->isVisibleTo(&window));
         line.send("One\rTwo\n\rThree is a line far too long for the sign\r\n\n");
-        EXPECT_TRUE(captureUntilSignShows("Two|Three is a line far too long|for the sign|"))
+        EXPECT_TRUE(captureUntilSignShows("Two / Three is a line far too long / for the sign"))
             << model.dump();
         EXPECT_EQ(window.cmdPortOpen->text(), QStringLiteral("Close"));
         window.cmdPortOpen->click();  // closes the port and ends capture
@@ -164,13 +157,13 @@ TEST_F(TextWindowTest, CaptionFileDialogMenuButtonsAndKeysReachTheActions) {
     window.bSend->click();
     window.mnuSend->trigger();
     EXPECT_EQ(current(), QStringLiteral("Caf\u00E9 two"));
-    EXPECT_TRUE(waitFor([&] { return signRows() == "Caf\xE9 two|||"; })) << model.dump();
+    EXPECT_TRUE(waitFor([&] { return signRows() == "Caf\u00E9 two"; })) << model.dump();
     window.bRewind->click();
     window.mnuCaptionRewind->trigger();
     EXPECT_EQ(window.rtbCaptionNext->toPlainText(), QStringLiteral("One"));
     window.bErase->click();
     EXPECT_TRUE(current().isEmpty());
-    EXPECT_TRUE(waitFor([&] { return signRows() == "|||"; })) << model.dump();
+    EXPECT_TRUE(waitFor([&] { return signRows().empty(); })) << model.dump();
 
     window.activateWindow();
     press(window.tbTDSFile, Qt::Key_PageDown);
