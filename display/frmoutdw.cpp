@@ -15,8 +15,11 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <algorithm>
+#include <vector>
 
 #include "platform/qtext.h"
 #include "platform/qtmessagebox.h"
@@ -27,18 +30,49 @@ namespace {
 
 constexpr const char* kDefaultPending = "12345678901234567890123456789012";
 
-// The pending text keeps its rows apart with CR LF; the edit box shows one
-// line break for each.
-QString toBoxText(std::string text) {
-    for (std::size_t at; (at = text.find("\r\n")) != std::string::npos;) text.erase(at, 1);
-    return toQString(text);
+// The box shows one line break for CR LF, a lone CR or a lone LF alike, and
+// one character for each other byte. Box position i stands for the bytes
+// from at[i] on; `at` has one more entry, for the end.
+struct BoxText {
+    QString text;
+    std::vector<std::size_t> at;
+};
+
+BoxText boxTextOf(const std::string& bytes) {
+    BoxText box;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        box.at.push_back(i);
+        const char b = bytes[i];
+        if (b == '\r' || b == '\n') {
+            box.text += QChar(QChar::ParagraphSeparator);
+            if (b == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
+        } else {
+            box.text += toQString(bytes.substr(i, 1));
+        }
+    }
+    box.at.push_back(bytes.size());
+    return box;
 }
 
-std::string fromBoxText(const QString& text) {
-    std::string bytes = fromQString(text);
-    for (std::size_t at = 0; (at = bytes.find('\n', at)) != std::string::npos; at += 2)
-        bytes.insert(at, 1, '\r');
-    return bytes;
+// An edit changes only the bytes the operator changed. The box's text is laid
+// beside what it showed, matched from the end back to the caret, where an edit
+// ends, and from the start; only the span between goes back into bytes, a
+// line break typed in as CR LF. So a byte 0xA0, which the box shows as a
+// blank, or a lone CR or LF elsewhere keeps its byte.
+std::string editedBytes(const std::string& bytes, QString shown, qsizetype caret) {
+    const BoxText before = boxTextOf(bytes);
+    shown.replace(QChar::LineSeparator, QChar::ParagraphSeparator);
+    const qsizetype common = std::min(before.text.size(), shown.size());
+    qsizetype tail = 0;
+    while (tail < common && tail < shown.size() - caret &&
+           before.text[before.text.size() - 1 - tail] == shown[shown.size() - 1 - tail])
+        ++tail;
+    qsizetype head = 0;
+    while (head < common - tail && before.text[head] == shown[head]) ++head;
+    std::string out = bytes.substr(0, before.at[static_cast<std::size_t>(head)]);
+    for (QChar c : shown.mid(head, shown.size() - tail - head))
+        out += c == QChar::ParagraphSeparator ? std::string("\r\n") : fromQString(QString(c));
+    return out + bytes.substr(before.at[static_cast<std::size_t>(before.text.size() - tail)]);
 }
 
 // The window system's colour value: red in the low byte, then green, then blue.
@@ -242,7 +276,8 @@ QWidget* frmOutDW::buildPendingBox() {
     const QFontMetrics metrics(tbPending->font());
     tbPending->setMinimumWidth(metrics.horizontalAdvance(QLatin1Char('0')) * 36);
     tbPending->setFixedHeight(metrics.lineSpacing() * 4 + 12);
-    m_console.setPendingText(kDefaultPending);
+    m_boxBytes = kDefaultPending;
+    m_console.setPendingText(m_boxBytes);
     connect(tbPending, &QPlainTextEdit::textChanged, this, [this] { pendingEdited(); });
     layout->addWidget(tbPending);
 
@@ -261,21 +296,23 @@ QWidget* frmOutDW::buildPendingBox() {
 // --- actions that need the widgets ---
 
 void frmOutDW::pendingEdited() {
-    m_console.setPendingText(fromBoxText(tbPending->toPlainText()));
+    m_boxBytes = editedBytes(m_boxBytes, tbPending->document()->toRawText(),
+                             tbPending->textCursor().position());
+    m_console.setPendingText(m_boxBytes);
 }
 
 // Positions in the box count a line break as one character, in the pending
-// text as two.
+// text as one or two.
 void frmOutDW::luckyCharm() {
     m_pendingRefresh.flush();
     const QTextCursor cursor = tbPending->textCursor();
-    const QString text = tbPending->toPlainText();
-    const std::size_t start = fromBoxText(text.left(cursor.selectionStart())).size();
-    const std::size_t end = fromBoxText(text.left(cursor.selectionEnd())).size();
+    const BoxText box = boxTextOf(m_boxBytes);
+    const std::size_t start = box.at[static_cast<std::size_t>(cursor.selectionStart())];
+    const std::size_t end = box.at[static_cast<std::size_t>(cursor.selectionEnd())];
     const std::size_t caret = m_console.cmdLuckyCharm_Click(start, end - start);
     m_pendingRefresh.flush();
     QTextCursor moved = tbPending->textCursor();
-    moved.setPosition(static_cast<int>(toBoxText(m_console.pendingText().substr(0, caret)).size()));
+    moved.setPosition(static_cast<int>(boxTextOf(m_boxBytes.substr(0, caret)).text.size()));
     tbPending->setTextCursor(moved);
     tbPending->setFocus();
 }
@@ -317,10 +354,10 @@ void frmOutDW::showPending(const std::string&) {
 // was when asked: an edit by the operator in between is already the engine's
 // text, so it stays.
 void frmOutDW::showPendingNow() {
-    const QString shown = toBoxText(m_console.pendingText());
-    if (tbPending->toPlainText() == shown) return;
+    if (m_boxBytes == m_console.pendingText()) return;
+    m_boxBytes = m_console.pendingText();
     const QSignalBlocker hold(tbPending);
-    tbPending->setPlainText(shown);
+    tbPending->setPlainText(boxTextOf(m_boxBytes).text);
 }
 
 void frmOutDW::placeWindow() {

@@ -95,6 +95,7 @@ class frmOutDW : public QMainWindow,
     QGroupBox* Frame2 = nullptr;
     QCheckBox* chkRevOnCD = nullptr;
     QPlainTextEdit* tbPending = nullptr;
+    std::string m_boxBytes;  // the pending text as the box shows it
     QCheckBox* chkFilter = nullptr;
     QCheckBox* chkInput = nullptr;
     QCheckBox* chkReverse = nullptr;

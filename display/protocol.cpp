@@ -29,59 +29,20 @@ const ControlFrameEntry& controlFrameEntry(ControlFrame frame) {
     return kControlFrames[0];  // unreachable: the table holds every frame
 }
 
-// The sign has 32 columns, and a column byte below 0x20 (a column below 1)
-// means nothing to it. So the text is cut to the characters that land in
-// columns 1 to 32: those left of column 1 and right of column 32 aren't sent.
-// For a plain text that drops its end; for a reversed text, whose column is
-// worked out from its length, it drops the characters left of column 1, which
-// are also the end of the caption. Either way the reader sees the first 32
-// characters of a long row (one that wacky output grew, or a long typed line),
-// and the sign never gets more than 32 characters or a column below 1.
-// Lengths count characters as given, before the notation is read, as the
-// column arithmetic does.
-static void fitLine(std::string& text, int& column) {
-    if (column < 1) {
-        const std::size_t offLeft = static_cast<std::size_t>(1 - column);
-        text.erase(0, std::min(offLeft, text.size()));
-        column = 1;
-    }
-    // A start right of the row keeps nothing; the empty frame goes to column 33.
-    column = std::min(column, kSignColumns + 1);
-    const std::size_t room = static_cast<std::size_t>(kSignColumns + 1 - column);
-    if (text.size() > room) text.resize(room);
-}
-
-// A text typed with line breaks (Send@) keeps them as they stand: each line is
-// cut by the row's rule on its own, and a break takes no column.
-void fitToRow(std::string& text, int& column) {
-    const int start = column;
-    std::string out, line;
-    const auto endLine = [&] {
-        column = start;
-        fitLine(line, column);
-        out += line;
-        line.clear();
-    };
-    for (char c : text) {
-        if (c != '\r' && c != '\n') {
-            line += c;
-            continue;
-        }
-        endLine();
-        out += c;
-    }
-    endLine();
-    text = out;
-}
-
-// The width of a text on the sign: its longest line.
-static int widthOf(const std::string& text) {
-    std::size_t widest = 0, run = 0;
-    for (char c : text) {
-        run = (c == '\r' || c == '\n') ? 0 : run + 1;
-        widest = std::max(widest, run);
-    }
-    return static_cast<int>(widest);
+// The sign has 32 columns, and the program cuts nothing that lands on them or
+// right of them: a row longer than the sign (one that wacky output grew, or a
+// long typed line) or one that starts right of column 32 goes out whole with
+// its column, and the sign shows what falls on its row. Only a reversed text
+// longer than the row would start left of column 1, where a column byte
+// below 0x20 means nothing to the sign: the characters that would land there
+// aren't sent, and the rest starts in column 1. Those are the end of the
+// caption, so the reader still sees its first 32 characters. Lengths count
+// characters as given, line breaks included, before the notation is read, as
+// the column arithmetic does.
+static void dropLeftOfRow(std::string& text, int& column) {
+    if (column >= 1) return;
+    text.erase(0, std::min(static_cast<std::size_t>(1 - column), text.size()));
+    column = 1;
 }
 
 void DisplayProtocol::sendControl(ControlFrame frame) {
@@ -115,13 +76,14 @@ void DisplayProtocol::writeLine(const std::string& sText, std::int16_t iRow, std
     int column = iCol;
     if (bReverse) {
         reverseString(sText, outText);
-        // A reversed text ends where a plain one would start, counted from the right.
-        column = 34 - widthOf(sText) - iCol;
+        // A reversed text ends where a plain one would start, counted from the
+        // right; line breaks go out as they stand and count as characters.
+        column = 34 - static_cast<int>(sText.size()) - iCol;
     } else {
         outText = sText;
     }
     std::replace(outText.begin(), outText.end(), kMusicNoteChar, kSignMusicNote);
-    fitToRow(outText, column);
+    dropLeftOfRow(outText, column);
     if (!bSunrise) {
         sendText(iRow, column, outText);
         return;

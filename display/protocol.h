@@ -106,8 +106,4 @@ class DisplayProtocol {
     DisplayLink& m_link;
 };
 
-// Cuts a text to what lands on a 32-column row from the given column (which
-// may lie left of column 1) and moves that column onto the row.
-void fitToRow(std::string& text, int& column);
-
 }  // namespace zelvan

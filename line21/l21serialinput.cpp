@@ -133,8 +133,12 @@ void L21SerialInput::lbChannel_Click(std::int16_t index) {
 }
 
 // Firing doesn't stop the timer: it goes on every 5 seconds, and the decoder
-// drops a repeated CR, so a silent stream changes nothing.
+// drops a repeated CR, so a silent stream changes nothing. The pair queues
+// only where both bytes fit, as the port's bytes do: on a ring that a held
+// loop let fill up, it would overwrite what the box sent. A ring that full
+// isn't silent, and the next firing flushes once it has drained.
 void L21SerialInput::TimerFlushTimer_Timer() {
+    if (m_tavo.queueRoom() < 2) return;
     m_tavo.queueByte(kFlushFirst);
     m_tavo.queueByte(kFlushSecond);
 }

@@ -144,17 +144,6 @@ TEST_F(ConsoleTest, LuckyCharmPutsTheEscapeOverTheSelectionAndShowsIt) {
     EXPECT_EQ(view.pending, esc("a^01^"));
 }
 
-// Line breaks go out as they stand; only a line longer than the row is cut.
-TEST_F(ConsoleTest, SendAtKeepsEveryLineOfAMultiLineText) {
-    open();
-    console.setBox(ConsoleBox::Reverse, false);
-    const std::string lines = std::string(20, 'a') + "\r\n" + std::string(20, 'b') + "\r\n";
-    console.setPendingText(lines + std::string(40, 'c'));
-    console.cmdSendAt_Click();
-    EXPECT_EQ(port.writes, (std::vector<std::string>{bytes({1, 0x20, 0x22, 0x20}) + lines +
-                                                     std::string(32, 'c') + "\x01"}));
-}
-
 // After the second the event is re-armed once: a box unticked later stays off.
 TEST_F(ConsoleTest, CarrierBouncingWithinASecondSwitchesTheBoardOnce) {
     open();

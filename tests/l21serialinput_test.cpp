@@ -139,6 +139,23 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);
 }
 
+// A modal dialog holds the loop while the box sends a burst and the flush
+// timer fires: the pair doesn't overwrite what waits on the ring, which has
+// room for one byte, not for two.
+TEST_F(L21SerialTest, FlushPairOnAFullRingLosesNoByteOfABurst) {
+    std::string burst;
+    for (int i = 0; i < 3000; ++i) burst += static_cast<char>('a' + i % 26);
+    deliverAt(100, kRollUpStart + "AB" + kCR);  // the flush timer runs from here
+    rig.dispatch.postAt(1000, [&] {
+        port.deliver(burst.substr(0, kRawQueueSize - 2));
+        rig.dispatch.advance(5000);
+    });
+    deliverAt(7000, burst.substr(kRawQueueSize - 2));
+    closeAt(9000);
+    select();
+    EXPECT_NE(rig.shell.view.raw.text().find(burst), std::string::npos);
+}
+
 // Selecting the board filter while this one captures closes the port, saves
 // the section and queues no flush pair for the board filter.
 TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {

@@ -39,14 +39,15 @@ TEST_F(ProtocolTest, BoardToggleAlternatesInThePlainAndTheReversedCodes) {
 TEST_F(ProtocolTest, RowGoesOutPlainOrReversedToEndInColumn32) {
     out.writeLine("AB", 2, 1);
     out.writeLine("  A\x95", 1, 1);
+    out.writeLine("AB\r\nCD", 3, 1);  // line breaks count in the length
     out.bReverse = false;
     out.writeLine("", 1, 1);  // still carries its row and column bytes
     out.writeLine("  A\x95", 3, 1);
     out.writeLine(testing::esc("A^42C"), 3, 1);  // an escape in caption text is read
     EXPECT_EQ(link.writes, (Writes{bytes({1, 0x20, 0x21, 0x3E, 'B', 'A', 1}),
                                    textFrame(1, 29, std::string(1, 0x7F) + "A  "),
-                                   bytes({1, 0x20, 0x20, 0x20, 1}), textFrame(3, 1, "  A\x7F"),
-                                   textFrame(3, 1, "ABC")}));
+                                   textFrame(3, 27, "DC\n\rBA"), bytes({1, 0x20, 0x20, 0x20, 1}),
+                                   textFrame(3, 1, "  A\x7F"), textFrame(3, 1, "ABC")}));
 }
 
 TEST_F(ProtocolTest, SunriseSendsFourFramesPaddedFromColumn1) {
@@ -55,9 +56,10 @@ TEST_F(ProtocolTest, SunriseSendsFourFramesPaddedFromColumn1) {
     EXPECT_EQ(link.writes, Writes(4, textFrame(2, 1, std::string(30, ' ') + "BA")));
 }
 
-// A longer text keeps the first 32 characters the reader sees; no column byte
-// falls below 0x20, and a start right of the row sends no characters.
-TEST_F(ProtocolTest, LongRowIsCutToTheSignInEveryForm) {
+// Nothing is cut but what a reversed text would put left of column 1: a
+// longer row goes out whole with its column, and the sign shows what lands on
+// it, the first 32 characters either way. A start right of the row stays too.
+TEST_F(ProtocolTest, LongRowGoesOutWholeUnlessReversedPastColumn1) {
     const std::string head = "0123456789abcdefghijklmnopqrstuv";
     for (int form = 0; form < 4; ++form) {
         link.clear();
@@ -67,15 +69,18 @@ TEST_F(ProtocolTest, LongRowIsCutToTheSignInEveryForm) {
         SignModel sign;
         sign.feed(link.bytes());
         for (const std::string& w : link.writes) {
-            EXPECT_EQ(w.size(), 4u + 32 + 1);
+            EXPECT_EQ(w.size(), 4u + (out.bReverse ? 32 : 36) + 1);
             EXPECT_EQ(w[3], 0x20);
         }
         EXPECT_EQ(out.bReverse ? sign.rowThroughReflector(1) : sign.row(1), head) << form;
     }
     link.clear();
-    out.bReverse = out.bSunrise = false;
+    out.bSunrise = false;
+    out.writeLine(std::string(30, 'a') + "\r\nCD", 2, 1);
+    out.bReverse = false;
     out.writeLine("AB", 1, 40);
-    EXPECT_EQ(link.writes.at(0).size(), 5u);
+    EXPECT_EQ(link.writes,
+              (Writes{textFrame(2, 1, "\n\r" + std::string(30, 'a')), textFrame(1, 40, "AB")}));
 }
 
 TEST_F(ProtocolTest, EraseClearsTheRowsInUseOrWritesBlanksUnderSunrise) {

@@ -5,8 +5,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QtTest/QTest>
 
 #include "core/appshell.h"
 #include "core/frmtavo.h"
@@ -75,6 +77,30 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     testing::settle(2 * DeferredRefresh::kIntervalMs);
     EXPECT_EQ(box->toPlainText(), QStringLiteral("typed by hand"));
     EXPECT_EQ(window->console().pendingText(), "typed by hand");
+
+    // Send@ sends the bytes the operator sees: a key typed leaves the others,
+    // line breaks count in a reversed row's column, a long plain row stays whole.
+    QApplication::clipboard()->setText(QStringLiteral("X\u00FBA0Y\u00FB0DZ\u00FB0AW"));
+    child<QPushButton>("cmdFromReadable")->click();
+    testing::settle(2 * DeferredRefresh::kIntervalMs);
+    box->moveCursor(QTextCursor::End);
+    box->moveCursor(QTextCursor::Left);  // behind the lone LF
+    const auto sendAt = [&](const QString& typed) {
+        QTest::keyClicks(box, typed);
+        child<QPushButton>("cmdSendAt")->click();
+        box->clear();
+    };
+    sendAt(QStringLiteral("\r"));
+    sendAt(QStringLiteral("AB\rCD"));
+    child<QCheckBox>("chkReverse")->click();
+    sendAt(QString(40, QLatin1Char('w')));
+    const auto row3 = [](int column, const std::string& text) {
+        return testing::bytes({1, 0x20, 0x22, 0x1F + column}) + text + "\x01";
+    };
+    const std::string frames =
+        row3(24, "W\n\r\nZ\rY\xA0X") + row3(27, "DC\n\rBA") + row3(1, std::string(40, 'w'));
+    std::string got;
+    EXPECT_TRUE(waitFor([&] { return (got += sign.take()).ends_with(frames); })) << got;
 
     window->hideForm();
     EXPECT_FALSE(window->isVisible());
