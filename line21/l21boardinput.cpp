@@ -283,8 +283,7 @@ void L21BoardInput::lbChannel_Click(std::int16_t index) {
 // Runs every 5 seconds once the decoder has started it; a repeated CR is
 // dropped by the decoder, so a silent board changes nothing.
 void L21BoardInput::TimerFlushTimer_Timer() {
-    m_tavo.queueByte(kFlushFirst);
-    m_tavo.queueByte(kFlushSecond);
+    queueFlushPair(m_tavo);
 }
 
 std::string L21BoardInput::dump() const {

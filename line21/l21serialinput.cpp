@@ -138,9 +138,7 @@ void L21SerialInput::lbChannel_Click(std::int16_t index) {
 // loop let fill up, it would overwrite what the box sent. A ring that full
 // isn't silent, and the next firing flushes once it has drained.
 void L21SerialInput::TimerFlushTimer_Timer() {
-    if (m_tavo.queueRoom() < 2) return;
-    m_tavo.queueByte(kFlushFirst);
-    m_tavo.queueByte(kFlushSecond);
+    queueFlushPair(m_tavo);
 }
 
 void L21SerialInput::stopFlushTimer() {

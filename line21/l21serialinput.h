@@ -27,6 +27,14 @@ inline constexpr int kFlushMs = 5000;
 inline constexpr std::uint8_t kFlushFirst = 0x14;
 inline constexpr std::uint8_t kFlushSecond = 0x2D;
 
+// Queues the flush pair where it fits on the ring, as a receive does; on a
+// full ring this firing is skipped and the next one flushes.
+inline void queueFlushPair(Tavo& tavo) {
+    if (tavo.queueRoom() < 2) return;
+    tavo.queueByte(kFlushFirst);
+    tavo.queueByte(kFlushSecond);
+}
+
 // Rows the hidden Command1 button writes into the displayed bank.
 inline constexpr const char* kCommand1Row1 = "this is line 1";
 inline constexpr const char* kCommand1Row2 = "this is line 2";
