@@ -355,8 +355,9 @@ void frmOutDW::setOpenCaption(const std::string& caption) {
     cmdPortOutOpen->setText(toQString(caption));
 }
 
-void frmOutDW::setSetupCaption(const std::string& text) {
+void frmOutDW::setSetupCaption(const std::string& text, const std::string& refusal) {
     cmdPortOutSetup->setText(toQString(text));
+    cmdPortOutSetup->setToolTip(toQString(refusal));
 }
 
 void frmOutDW::setNotice(const std::string& text) {
