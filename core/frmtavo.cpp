@@ -89,8 +89,8 @@ void frmTavo::buildControls() {
     chkOutDW->setObjectName(QStringLiteral("chkOutDW"));
     chkOutDW->setGeometry(10, 18, 200, 20);
     chkOutDW->setEnabled(false);
-    connect(chkOutDW, &QCheckBox::clicked, this,
-            [this] { m_console.chkOutDW_Click(chkOutDW->isChecked() ? 1 : 0); });
+    connect(chkOutDW, &QCheckBox::toggled, this,
+            [this](bool on) { m_console.chkOutDW_Click(on ? 1 : 0); });
     chkOutQT = new QCheckBox(QStringLiteral("Quicktime (QTtext)"), Frame2);
     chkOutRT = new QCheckBox(QStringLiteral("Real (RealText)"), Frame2);
     chkOutWT = new QCheckBox(QStringLiteral("WiMP (SAMI)"), Frame2);
