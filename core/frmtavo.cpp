@@ -176,11 +176,14 @@ void frmTavo::formLoad() {
 }
 
 // A menu selection sets the option button as a click would, then runs the
-// same handler; the signal is held so that the handler runs once. Like a click
-// on a set option button, choosing the filter that is already selected does
-// nothing: a second window would find its port taken by the first.
+// same handler; the signal is held so that the handler runs once. Choosing
+// the filter that is already selected makes no second window (it would find
+// its port taken by the first): it brings back the one the operator closed.
 void frmTavo::selectFromMenu(FilterKind kind) {
-    if (m_tavo.flag(kind)) return;
+    if (m_tavo.flag(kind)) {
+        if (InputFilter* window = m_console.filterWindow(kind)) window->bringBack();
+        return;
+    }
     showFilterOption(kind);
     m_console.select(kind);
 }
