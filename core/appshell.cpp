@@ -10,6 +10,7 @@
 #include "display/frmsignpreview.h"
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
+#include "platform/accessiblewindows.h"
 #include "platform/simulatedboard.h"
 #include "support/datafiles.h"
 #include "support/frmhelp.h"
@@ -20,7 +21,9 @@
 
 namespace zelvan {
 
-AppShell::AppShell() = default;
+AppShell::AppShell() {
+    presentWindowsToScreenReaders();
+}
 AppShell::~AppShell() = default;
 
 void AppShell::setBusyPointer(bool busy) {

@@ -89,8 +89,8 @@ void frmTavo::buildControls() {
     chkOutDW->setObjectName(QStringLiteral("chkOutDW"));
     chkOutDW->setGeometry(10, 18, 200, 20);
     chkOutDW->setEnabled(false);
-    connect(chkOutDW, &QCheckBox::clicked, this,
-            [this] { m_console.chkOutDW_Click(chkOutDW->isChecked() ? 1 : 0); });
+    connect(chkOutDW, &QCheckBox::toggled, this,
+            [this](bool on) { m_console.chkOutDW_Click(on ? 1 : 0); });
     chkOutQT = new QCheckBox(QStringLiteral("Quicktime (QTtext)"), Frame2);
     chkOutRT = new QCheckBox(QStringLiteral("Real (RealText)"), Frame2);
     chkOutWT = new QCheckBox(QStringLiteral("WiMP (SAMI)"), Frame2);
@@ -176,11 +176,14 @@ void frmTavo::formLoad() {
 }
 
 // A menu selection sets the option button as a click would, then runs the
-// same handler; the signal is held so that the handler runs once. Like a click
-// on a set option button, choosing the filter that is already selected does
-// nothing: a second window would find its port taken by the first.
+// same handler; the signal is held so that the handler runs once. Choosing
+// the filter that is already selected makes no second window (it would find
+// its port taken by the first): it brings back the one the operator closed.
 void frmTavo::selectFromMenu(FilterKind kind) {
-    if (m_tavo.flag(kind)) return;
+    if (m_tavo.flag(kind)) {
+        if (InputFilter* window = m_console.filterWindow(kind)) window->bringBack();
+        return;
+    }
     showFilterOption(kind);
     m_console.select(kind);
 }

@@ -29,6 +29,9 @@ class InputFilter {
     virtual void showForm() = 0;
     // Ends what showForm started and hides the window.
     virtual void hideForm() = 0;
+    // Shows the window again after the operator closed it; the filter has
+    // gone on meanwhile. Windows that can't be closed have nothing to do.
+    virtual void bringBack() {}
     // The filter entry (FilterL21, FilterAscii): one character in, a style out,
     // and a finished line or the empty string in outString.
     virtual std::int16_t filterEntry(const std::string& inString, std::string& outString) = 0;

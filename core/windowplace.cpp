@@ -13,4 +13,10 @@ void placeUnderMainWindow(QWidget* w) {
     }
 }
 
+void bringWindowBack(QWidget* w) {
+    w->show();
+    w->raise();
+    w->activateWindow();
+}
+
 }  // namespace zelvan

@@ -40,8 +40,14 @@ DisplayConsole::DisplayConsole(Tavo& tavo, SerialPort& port, SerialLinkView& lin
     m_timerDebounceCD = tavo.dispatch().makeTimer([this] { timerDebounceCD_Timer(); });
     m_port.onCarrier = [this] { onCarrier(); };
     // A port that went away can't take frames: a ticked filter would give a
-    // notice and a beep for every frame of every caption.
-    m_link.whenLost = [this] { setBox(ConsoleBox::Filter, false); };
+    // notice and a beep for every frame of every caption. Once the port opens
+    // again the filter runs as before; one the operator had stopped stays off.
+    m_link.whenLost = [this] {
+        const bool wasOn = box(ConsoleBox::Filter);
+        setBox(ConsoleBox::Filter, false);
+        return wasOn;
+    };
+    m_link.whenBack = [this] { setBox(ConsoleBox::Filter, true); };
 }
 
 DisplayConsole::~DisplayConsole() {

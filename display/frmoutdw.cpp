@@ -215,9 +215,9 @@ QWidget* frmOutDW::buildCommandButtons() {
 void frmOutDW::bindBox(QCheckBox* box, const char* name, ConsoleBox which) {
     box->setObjectName(QString::fromLatin1(name));
     m_boxes[static_cast<std::size_t>(which)] = box;
-    // clicked comes from the operator only; the console's own changes come
-    // back through showBox.
-    connect(box, &QCheckBox::clicked, this,
+    // A tick by mouse, key or a screen reader's toggle; the console's own
+    // changes come back through showBox, which holds the signal.
+    connect(box, &QCheckBox::toggled, this,
             [this, which](bool checked) { m_console.setBox(which, checked); });
 }
 
@@ -247,7 +247,7 @@ QWidget* frmOutDW::buildModeBoxes() {
     tbScrollLines = new QLineEdit;
     tbScrollLines->setObjectName(QStringLiteral("tbScrollLines"));
     tbScrollLines->setFixedWidth(36);
-    connect(tbScrollLines, &QLineEdit::textEdited, this,
+    connect(tbScrollLines, &QLineEdit::textChanged, this,
             [this](const QString& text) { m_console.setLinesText(fromQString(text)); });
     VScrollLines = new QScrollBar(Qt::Vertical);
     VScrollLines->setObjectName(QStringLiteral("VScrollLines"));
@@ -343,6 +343,7 @@ void frmOutDW::showScrollLines(int value) {
 }
 
 void frmOutDW::showLinesText(const std::string& text) {
+    const QSignalBlocker hold(tbScrollLines);
     tbScrollLines->setText(toQString(text));
 }
 
@@ -392,8 +393,9 @@ void frmOutDW::setOpenCaption(const std::string& caption) {
     cmdPortOutOpen->setText(toQString(caption));
 }
 
-void frmOutDW::setSetupCaption(const std::string& text) {
+void frmOutDW::setSetupCaption(const std::string& text, const std::string& refusal) {
     cmdPortOutSetup->setText(toQString(text));
+    cmdPortOutSetup->setToolTip(toQString(refusal));
 }
 
 void frmOutDW::setNotice(const std::string& text) {

@@ -44,7 +44,7 @@ class frmOutDW : public QMainWindow,
     void messageBox(const std::string& text, const std::string& detail) override;
     void alert(const std::string& text, const std::string& detail) override;
     void setOpenCaption(const std::string& caption) override;
-    void setSetupCaption(const std::string& text) override;
+    void setSetupCaption(const std::string& text, const std::string& refusal) override;
     void showReminder(bool) override {}  // the display reminds by notice
     void setNotice(const std::string& text) override;
 

@@ -3,6 +3,7 @@
 #include "display/seriallink.h"
 
 #include <charconv>
+#include <utility>
 
 namespace zelvan {
 
@@ -73,6 +74,10 @@ void SerialLink::openPort() {
         showNotice(false, "");
     else
         m_view.showReminder(false);
+    // The port works with what the device took; a decoder box at the wrong
+    // parity gives nothing readable, so the operator must learn why.
+    if (!m_port.lastError().empty()) showNotice(true, m_port.lastError());
+    if (std::exchange(m_backOnOpen, false) && whenBack) whenBack();
 }
 
 void SerialLink::closePort() {
@@ -129,7 +134,7 @@ void SerialLink::setup() {
 }
 
 void SerialLink::refreshSetupCaption() {
-    m_view.setSetupCaption(portSettingsString(m_port));
+    m_view.setSetupCaption(portSettingsString(m_port), isPortOpen() ? m_port.lastError() : "");
 }
 
 void SerialLink::loadSettings() {
@@ -203,6 +208,7 @@ void SerialLink::receive() {
 
 void SerialLink::onPortState(std::int32_t state) {
     m_view.setOpenCaption(state > 0 ? kCaptionClose : kCaptionOpen);
+    refreshSetupCaption();
 }
 
 // The component has closed the port already, and its state event sets the
@@ -210,7 +216,7 @@ void SerialLink::onPortState(std::int32_t state) {
 // go on while the operator reads it.
 void SerialLink::onPortLost() {
     if (m_profile.stopsCaptureWhenLost) m_tavo.bStopCapture = true;
-    if (whenLost) whenLost();
+    m_backOnOpen = whenLost && whenLost();
     std::string detail = m_port.lastError();
     if (!detail.empty()) detail += "\n";
     m_view.alert(kPortLost, detail + kPortLostAdvice);

@@ -89,11 +89,12 @@ class SerialLinkView {
     virtual void alert(const std::string& text, const std::string& detail) = 0;
     // The open/close button: "Open" or "Close".
     virtual void setOpenCaption(const std::string& caption) = 0;
-    // The setup button: the port settings text.
-    virtual void setSetupCaption(const std::string& text) = 0;
+    // The setup button: the port settings text, and as its tip what the
+    // device refused of them (empty when it took them all or the port is closed).
+    virtual void setSetupCaption(const std::string& text, const std::string& refusal) = 0;
     // The input windows' reminder label, "Open the port!" and the like.
     virtual void showReminder(bool visible) = 0;
-    // The display window's status bar, first panel.
+    // The window's notice: the display window's status bar, first panel.
     virtual void setNotice(const std::string& text) = 0;
 };
 
@@ -145,8 +146,12 @@ class SerialLink {
     const LinkProfile& profile() const { return m_profile; }
     const std::string& notice() const { return m_notice; }
     // Runs when the device went away, after the port closed and before the
-    // operator's message; the display window unticks its filter box here.
-    std::function<void()> whenLost;
+    // operator's message. It returns whether it switched off what the port fed
+    // (the display window unticks its filter box, so frames don't each beep).
+    std::function<bool()> whenLost;
+    // Runs when the port opens again after a loss whose whenLost switched
+    // something off: mid-show, captions resume once the device is back.
+    std::function<void()> whenBack;
     // One tap at a time; nullptr takes it off.
     void setTap(WriteTap* tap) { m_tap = tap; }
 
@@ -169,6 +174,7 @@ class SerialLink {
     std::unique_ptr<Timer> m_timerDummyMsg;
     std::string m_notice;
     WriteTap* m_tap = nullptr;
+    bool m_backOnOpen = false;
 };
 
 }  // namespace zelvan

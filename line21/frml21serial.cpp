@@ -48,6 +48,7 @@ void frmL21Serial::buildControls() {
     cmdPortHangup = makeButton(this, "cmdPortHangup", "Hang");
     lblOpenPortDummy = new QLabel(QStringLiteral("Open the port!"), this);
     lblOpenPortDummy->setObjectName(QStringLiteral("lblOpenPortDummy"));
+    lblNotice = makeNoticeLabel(this);
     lbChannel = new QListWidget(this);
     lbChannel->setObjectName(QStringLiteral("lbChannel"));
     for (const char* name : line21::channelNames) lbChannel->addItem(QString::fromLatin1(name));
@@ -92,6 +93,7 @@ void frmL21Serial::layOutControls() {
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(port);
+    layout->addWidget(lblNotice);
     layout->addLayout(memories);
 }
 
@@ -135,16 +137,18 @@ void frmL21Serial::setOpenCaption(const std::string& caption) {
     cmdPortOpen->setText(toQString(caption));
 }
 
-void frmL21Serial::setSetupCaption(const std::string& text) {
+void frmL21Serial::setSetupCaption(const std::string& text, const std::string& refusal) {
     cmdPortSetup->setText(toQString(text));
+    cmdPortSetup->setToolTip(toQString(refusal));
 }
 
 void frmL21Serial::showReminder(bool visible) {
     lblOpenPortDummy->setVisible(visible);
 }
 
-// This link reminds by its label; it has no notice panel.
-void frmL21Serial::setNotice(const std::string&) {}
+void frmL21Serial::setNotice(const std::string& text) {
+    lblNotice->setText(toQString(text));
+}
 
 void frmL21Serial::placeWindow() {
     placeUnderMainWindow(this);

@@ -49,7 +49,7 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     void messageBox(const std::string& text, const std::string& detail) override;
     void alert(const std::string& text, const std::string& detail) override;
     void setOpenCaption(const std::string& caption) override;
-    void setSetupCaption(const std::string& text) override;
+    void setSetupCaption(const std::string& text, const std::string& refusal) override;
     void showReminder(bool visible) override;
     void setNotice(const std::string& text) override;
     void placeWindow() override;
@@ -66,6 +66,7 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     QPushButton* cmdPortDial;
     QPushButton* cmdPortHangup;
     QLabel* lblOpenPortDummy;
+    QLabel* lblNotice;
     QListWidget* lbChannel;
     QPlainTextEdit* rtbDM;
     QPlainTextEdit* rtbNM;

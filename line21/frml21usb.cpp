@@ -86,7 +86,9 @@ void frmL21USB::layOutControls() {
 
 void frmL21USB::bindControls() {
     L21BoardInput* in = m_input.get();
-    connect(cboBrdLst, &QComboBox::activated, this,
+    // However the choice is made; the logic's own entries and choice come
+    // through with the signal held.
+    connect(cboBrdLst, &QComboBox::currentIndexChanged, this,
             [in](int index) { in->cboBrdLst_Click(index); });
     connect(cmdStart, &QPushButton::clicked, this, [in] { in->cmdStart_Click(); });
     connect(lbChannel, &QListWidget::currentRowChanged, this,
@@ -132,6 +134,7 @@ bool frmL21USB::event(QEvent* e) {
 }
 
 void frmL21USB::addBoardEntry(const std::string& text) {
+    const QSignalBlocker hold(cboBrdLst);
     cboBrdLst->addItem(toQString(text));
 }
 

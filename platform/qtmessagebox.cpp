@@ -1,5 +1,6 @@
 #include "platform/qtmessagebox.h"
 
+#include <QLabel>
 #include <QMessageBox>
 
 #include "platform/qtext.h"
@@ -28,6 +29,16 @@ void showAlertBox(QWidget* parent, const std::string& text, const std::string& d
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);
     box->show();
+}
+
+QLabel* makeNoticeLabel(QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(QStringLiteral("lblNotice"));
+    label->setStyleSheet(QStringLiteral("color: red"));
+    label->setWordWrap(true);
+    label->setMinimumHeight(2 * label->fontMetrics().lineSpacing());
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    return label;
 }
 
 }  // namespace zelvan

@@ -1,9 +1,10 @@
 #pragma once
-// The message boxes of the serial links, for the windows that show them: the
-// fixed text, and under it the system's reason when there is one.
+// The message boxes and notices of the serial links, for the windows that
+// show them: the fixed text, and under it the system's reason when there is one.
 
 #include <string>
 
+class QLabel;
 class QWidget;
 
 namespace zelvan {
@@ -15,5 +16,8 @@ void showMessageBox(QWidget* parent, const std::string& text, const std::string&
 // Returns at once and leaves the box on screen until the operator presses OK,
 // so capture and the other windows go on beneath it.
 void showAlertBox(QWidget* parent, const std::string& text, const std::string& detail);
+// A line of red text for an input window's notices, with room for two lines
+// of it, so the window keeps its size whatever the notice says.
+QLabel* makeNoticeLabel(QWidget* parent);
 
 }  // namespace zelvan

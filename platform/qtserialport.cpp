@@ -180,13 +180,12 @@ std::string QtSerialPort::applySettings() {
 }
 
 // A new setting reaches an open port at once; a new port number waits for the
-// next open, since an open port can't move to another device.
+// next open, since an open port can't move to another device. What the device
+// refuses is named until a setting it takes replaces it.
 void QtSerialPort::settingsChanged() {
     if (!m_serial.isOpen()) return;
-    if (std::string why = applySettings(); !why.empty()) {
-        setLastError(std::move(why));
-        m_serial.clearError();
-    }
+    setLastError(applySettings());
+    m_serial.clearError();
 }
 
 void QtSerialPort::eventsChanged() {

@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev
   xvfb xauth imagemagick fonts-dejavu-core
+  dbus-bin dbus-daemon at-spi2-core python3-gi gir1.2-atspi-2.0
 )
 
 missing=()

@@ -72,7 +72,10 @@ void frmTavoPrefs::buildControls() {
         rbExitDisp[i]->setGeometry(32, 182 + 24 * i, 200, 22);
         group->addButton(rbExitDisp[i], i);
     }
-    connect(group, &QButtonGroup::idClicked, this, [this](int id) { m_form.rbExitDisp_Click(id); });
+    // A set button by mouse, key or a screen reader's toggle alike.
+    connect(group, &QButtonGroup::idToggled, this, [this](int id, bool on) {
+        if (on) m_form.rbExitDisp_Click(id);
+    });
 
     const int buttonTop = kHeight - 40;
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
@@ -97,7 +100,7 @@ void frmTavoPrefs::centre() {
 void frmTavoPrefs::show_() {
     const PrefsControls& c = m_form.c;
     const QSignalBlocker b1(chkBeepOnMessage), b2(chkStartupBarker), b3(chkObfuscate),
-        b4(lbObfuscateType), b5(tbStartupBarker);
+        b4(lbObfuscateType), b5(tbStartupBarker), b6(rbExitDisp[0]->group());
     chkBeepOnMessage->setChecked(c.chkBeepOnMessage == 1);
     chkStartupBarker->setChecked(c.chkStartupBarker == 1);
     if (tbStartupBarker->text() != toQString(c.tbStartupBarker))

@@ -89,8 +89,9 @@ TEST_F(ConsoleTest, ShowFormOnAFailingPortTellsOnceThenRemindsPerFrame) {
     EXPECT_EQ(rig.tone.tones.size(), 14u);
 }
 
-// A lost device stops the output, so captions don't beep once per frame.
-TEST_F(ConsoleTest, LostPortStopsTheFilterAndCaptionsStaySilent) {
+// A lost device stops the output, so captions don't beep once per frame; the
+// device back, Open runs the filter again unless the operator had stopped it.
+TEST_F(ConsoleTest, LostPortStopsTheFilterUntilTheDeviceIsBack) {
     open();
     console.setBox(ConsoleBox::Filter, true);
     port.vanish();
@@ -103,6 +104,14 @@ TEST_F(ConsoleTest, LostPortStopsTheFilterAndCaptionsStaySilent) {
     for (std::int16_t style : {kStyleRows, kStyleLineEnded}) console.doInput(style, "");
     EXPECT_TRUE(rig.tone.tones.empty());
     EXPECT_EQ(view.pending, "HELLO");
+    port.failNextOpen();  // still gone
+    for (int press = 0; press < 2; ++press) console.cmdPortOutOpen_Click();
+    EXPECT_TRUE(console.box(ConsoleBox::Filter));
+    console.setBox(ConsoleBox::Filter, false);
+    port.vanish();
+    rig.dispatch.yield();
+    console.cmdPortOutOpen_Click();
+    EXPECT_FALSE(console.box(ConsoleBox::Filter));
 }
 
 // At shutdown the main window's box goes to 0, and that runs its click.

@@ -80,6 +80,20 @@ TEST_F(LinkTest, OpenOrCloseThatFailsShowsOneMessageWithTheSystemsReason) {
     EXPECT_EQ(view.openCaption, "Close");
 }
 
+// The port works with what the device took; its refusal is told on opening
+// and stands on the setup button while the port is open.
+TEST_F(LinkTest, RefusedSettingIsToldOnOpenAndShownWhileOpen) {
+    port.refusal = "/dev/fake0: the device can't take 7 data bits.";
+    for (const LinkProfile* profile : {&kL21Link, &kAsciiLink, &kDisplayLink}) {
+        view.notice.clear();
+        openLink(*profile);
+        EXPECT_EQ(view.notice + "|" + view.setupTip, port.refusal + "|" + port.refusal);
+        link->closePort();
+        rig.dispatch.yield();
+        EXPECT_EQ(view.setupTip, "") << profile->section;
+    }
+}
+
 TEST_F(LinkTest, DisplayCloseDeliversWrittenFramesFirstButGivesUpAfterTwoSeconds) {
     openLink(kDisplayLink);
     port.setDrainMsPerByte(10);

@@ -101,6 +101,8 @@ void frmInAscii::buildControls() {
     port->addWidget(tbDial, 1, 0);
     port->addWidget(cmdPortDial, 1, 1);
     port->addWidget(cmdPortHangup, 1, 2);
+    lblNotice = makeNoticeLabel(fraSerial);
+    port->addWidget(lblNotice, 2, 0, 1, 4);
     port->setColumnStretch(3, 1);
 
     rtbDM = makePane(this);
@@ -146,16 +148,18 @@ void frmInAscii::setOpenCaption(const std::string& caption) {
     cmdPortOpen->setText(toQString(caption));
 }
 
-void frmInAscii::setSetupCaption(const std::string& text) {
+void frmInAscii::setSetupCaption(const std::string& text, const std::string& refusal) {
     cmdPortSetup->setText(toQString(text));
+    cmdPortSetup->setToolTip(toQString(refusal));
 }
 
 void frmInAscii::showReminder(bool visible) {
     lblOpenPortDummy->setVisible(visible);
 }
 
-// This link reminds by its label; it has no notice panel.
-void frmInAscii::setNotice(const std::string&) {}
+void frmInAscii::setNotice(const std::string& text) {
+    lblNotice->setText(toQString(text));
+}
 
 void frmInAscii::placeWindow() {
     placeUnderMainWindow(this);

@@ -47,7 +47,7 @@ class frmInAscii : public QWidget, public InputFilter, public AsciiView {
     void messageBox(const std::string& text, const std::string& detail) override;
     void alert(const std::string& text, const std::string& detail) override;
     void setOpenCaption(const std::string& caption) override;
-    void setSetupCaption(const std::string& text) override;
+    void setSetupCaption(const std::string& text, const std::string& refusal) override;
     void showReminder(bool visible) override;
     void setNotice(const std::string& text) override;
     void placeWindow() override;
@@ -64,6 +64,7 @@ class frmInAscii : public QWidget, public InputFilter, public AsciiView {
     QPushButton* cmdPortDial;
     QPushButton* cmdPortHangup;
     QLabel* lblOpenPortDummy;
+    QLabel* lblNotice;
     QPlainTextEdit* rtbDM;
     QLineEdit* tbWrapWidth;
 

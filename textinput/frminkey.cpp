@@ -1,7 +1,6 @@
 #include "textinput/frminkey.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QFontDatabase>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -161,11 +160,6 @@ void frmInKey::setWrapWidthText(const std::string& text) {
 void frmInKey::showNotify(bool visible, const std::string& text) {
     lblNotify->setText(toQString(text));
     lblNotify->setVisible(visible);
-}
-
-// The operator can't close it; only hideForm takes it away.
-void frmInKey::closeEvent(QCloseEvent* e) {
-    e->ignore();
 }
 
 }  // namespace zelvan

@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "core/mainview.h"
+#include "core/windowplace.h"
 #include "textinput/keyinput.h"
 
 class QLabel;
@@ -28,6 +29,8 @@ class frmInKey : public QWidget, public InputFilter, public KeyView {
     // --- the filter contract, forwarded to the logic ---
     void showForm() override { m_input->showForm(); }
     void hideForm() override { m_input->hideForm(); }
+    // Its close box hides it; typing goes on once it is back.
+    void bringBack() override { bringWindowBack(this); }
     std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
         return m_input->filterEntry(inString, outString);
     }
@@ -58,7 +61,6 @@ class frmInKey : public QWidget, public InputFilter, public KeyView {
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void closeEvent(QCloseEvent* e) override;
 
   private:
     void buildControls();

@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCloseEvent>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -246,11 +245,6 @@ void frmInTDS::focusSend() {
 
 void frmInTDS::showHelp() {
     m_shell.showHelp();
-}
-
-// The operator can't close it; only hideForm takes it away.
-void frmInTDS::closeEvent(QCloseEvent* e) {
-    e->ignore();
 }
 
 }  // namespace zelvan

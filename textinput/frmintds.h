@@ -16,6 +16,7 @@
 #include <optional>
 
 #include "core/mainview.h"
+#include "core/windowplace.h"
 #include "textinput/tdsinput.h"
 
 class QAction;
@@ -37,6 +38,8 @@ class frmInTDS : public QMainWindow, public InputFilter, private TdsView {
     // --- the filter contract, forwarded to the logic ---
     void showForm() override { m_input.showForm(); }
     void hideForm() override { m_input.hideForm(); }
+    // Its close box hides it; the script stands where it was once it is back.
+    void bringBack() override { bringWindowBack(this); }
     std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
         return m_input.filterEntry(inString, outString);
     }
@@ -66,7 +69,6 @@ class frmInTDS : public QMainWindow, public InputFilter, private TdsView {
     QAction* mnuErase;
 
   protected:
-    void closeEvent(QCloseEvent* e) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:

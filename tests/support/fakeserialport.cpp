@@ -32,7 +32,7 @@ void FakeSerialPort::open() {
         setLastError(m_failReason);
         return;
     }
-    setLastError({});
+    setLastError(refusal);
     m_open = true;
     postState();
 }

@@ -40,6 +40,7 @@ class FakeSerialPort : public SerialPort {
     // The device goes away: the port closes, onLost and onState(0) follow.
     void vanish(std::string reason = "The device went away");
 
+    std::string refusal;              // what the device refuses at each open
     std::vector<std::string> writes;  // each write call, on an open port
     std::string sent;                 // bytes that have left on the line
     int opens = 0, purges = 0;

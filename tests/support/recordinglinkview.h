@@ -21,15 +21,16 @@ struct RecordingLinkViewOf : View {
         calls.push_back("alert:" + alerts.back());
     }
     void setOpenCaption(const std::string& c) override { openCaption = c; }
-    void setSetupCaption(const std::string& t) override {
+    void setSetupCaption(const std::string& t, const std::string& refusal) override {
         setupCaption = t;
+        setupTip = refusal;
         calls.push_back("setup:" + t);
     }
     void showReminder(bool visible) override { reminder = visible; }
     void setNotice(const std::string& text) override { notice = text; }
 
     std::vector<std::string> boxes, alerts, calls;
-    std::string openCaption = kCaptionOpen, setupCaption, notice;
+    std::string openCaption = kCaptionOpen, setupCaption, setupTip, notice;
     bool reminder = false;
 };
 

@@ -2,6 +2,7 @@
 // and the deferred refresh their widgets use.
 
 #include <gtest/gtest.h>
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -105,6 +106,23 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     window->hideForm();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(window->console().isPortOpen());
+}
+
+// A screen reader toggles a box without a click; it counts all the same.
+TEST_F(DisplayWindowTest, ReverseToggledByAScreenReaderChangesWhatSendAtSends) {
+    window->showForm();
+    ASSERT_TRUE(waitFor([&] { return window->console().isPortOpen(); }));
+    const auto sendAt = [&](const std::string& seen) {
+        child<QPushButton>("cmdSendAt")->click();
+        std::string got;
+        return waitFor([&] { return (got += sign.take()).find(seen) != std::string::npos; });
+    };
+    child<QPlainTextEdit>("tbPending")->setPlainText(QStringLiteral("XY"));
+    EXPECT_TRUE(sendAt("YX"));
+    QAccessible::queryAccessibleInterface(child<QCheckBox>("chkReverse"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(sendAt("XY"));
 }
 
 // The preview opens from the menu where it was left, and keeps its new place.

@@ -1,6 +1,7 @@
 // The main window for real, and the help, reference and preferences windows.
 
 #include <gtest/gtest.h>
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -98,6 +99,34 @@ TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
     const std::unique_ptr<frmTavo> second(restarted.mainWindow());
     EXPECT_TRUE(restarted.decoder().EdmKeepsPosition);
     EXPECT_TRUE(entry(restarted)->isChecked());
+}
+
+// A screen reader finds every window by its title. The caption script window
+// closes on its close box and its Input menu entry brings the same one back.
+TEST(Shell, EveryWindowIsAWindowToScreenReadersAndAClosedInputComesBack) {
+    testing::QtRig rig;
+    AppShell shell;
+    shell.showMainWindow(rig.tavo);
+    const std::unique_ptr<frmTavo> main(shell.mainWindow());
+    shell.showHelp();
+    std::vector<std::unique_ptr<InputFilter>> filters;
+    for (FilterKind kind : kFilterOrder) filters.push_back(shell.makeFilter(kind, rig.tavo));
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        const QAccessible::Role role = QAccessible::queryAccessibleInterface(w)->role();
+        if (w->windowType() == Qt::Window || w->windowType() == Qt::Dialog)
+            EXPECT_TRUE(role == QAccessible::Window || role == QAccessible::Dialog)
+                << w->windowTitle().toStdString();
+    }
+    const auto choose = [&] {
+        for (QAction* a : main->findChildren<QAction*>())
+            if (a->text() == QStringLiteral("TDS File")) a->trigger();
+        return dynamic_cast<QWidget*>(main->console().filterWindow(FilterKind::TDS));
+    };
+    QWidget* script = choose();
+    ASSERT_NE(script, nullptr);
+    EXPECT_TRUE(script->close());
+    EXPECT_EQ(choose(), script);
+    EXPECT_TRUE(script->isVisible() && rig.tavo.bInTDS);
 }
 
 struct HelpPages : ::testing::Test {
