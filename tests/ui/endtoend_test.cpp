@@ -1,6 +1,11 @@
 // The real program between a decoder box and the sign, both on pseudo-terminals.
 
+#include <signal.h>
+#include <sys/wait.h>
+
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 #include "display/signmodel.h"
 #include "support/logicframes.h"
@@ -55,6 +60,27 @@ TEST_F(EndToEnd, CaptionsFromTheSerialDecoderReachTheSignAsTheLogicSendsThem) {
     const std::string bothFrames = testing::logicFrames(popOn + rollUp);
     EXPECT_TRUE(rig.waitUntil([&] { return rig.signBytes.ends_with(bothFrames); }, 5000));
     EXPECT_TRUE(signShows("First line")) << sign.dump();
+}
+
+// A signal to end takes the Exit button's road: the display's exit task, the
+// startup caption, reaches the sign, the settings are written, and the process
+// is gone within 3 s. A second signal on that road ends it at once.
+TEST_F(EndToEnd, ASignalEndsTheProgramAsTheExitButtonDoesAndASecondAtOnce) {
+    rig.sendToBox(popOnCaption("Hello there"));
+    ASSERT_TRUE(rig.waitUntil([&] { return signShows("Hello there"); }, 5000)) << sign.dump();
+    ::kill(rig.pid(), SIGTERM);
+    EXPECT_TRUE(rig.waitUntil([&] { return !rig.running(); }, 3000));
+    rig.readSign(100);
+    EXPECT_TRUE(signShows("Welcome to Halvane Captions.")) << sign.dump();
+    std::ifstream ini(rig.configHome() + "/Zelvan21/Zelvan21.ini");
+    const std::string saved{std::istreambuf_iterator<char>(ini), {}};
+    EXPECT_NE(saved.find("ExitDisplayTask=1"), std::string::npos) << saved;
+
+    ProgramRig twice(ZELVAN_BINARY, "");
+    ASSERT_TRUE(twice.waitUntil([&] { return twice.holds(twice.box.slave); }, 20000));
+    for (int sig : {SIGINT, SIGHUP}) ::kill(twice.pid(), sig);
+    EXPECT_TRUE(twice.waitUntil([&] { return !twice.running(); }, 1000));
+    EXPECT_TRUE(WIFSIGNALED(twice.waitStatus()));
 }
 
 struct BroadcastEndToEnd : EndToEnd {
