@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
+#include <chrono>
 #include <fstream>
 
 #include "core/appshell.h"
@@ -29,6 +30,22 @@ namespace zelvan {
 namespace {
 
 using testing::waitFor;
+
+// The program's timed waits keep their times: a coarse timer, which may be 5%
+// off to wake on a multiple of 25 ms, is started half-way between two.
+TEST(Dispatch, ATimerFiresOnTime) {
+    QtDispatch dispatch;
+    long long firedAt = -1;
+    const auto timer = dispatch.makeTimer([&] { firedAt = dispatch.nowMs(); });
+    timer->setInterval(1000);
+    using namespace std::chrono;
+    while (duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count() % 25 != 12)
+        continue;
+    const long long start = dispatch.nowMs();
+    timer->setEnabled(true);
+    EXPECT_TRUE(waitFor([&] { return firedAt >= 0; }));
+    EXPECT_NEAR(firedAt - start, 1000, 8);
+}
 
 struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
