@@ -13,18 +13,27 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTextDocumentFragment>
 
 #include <chrono>
 #include <fstream>
 
 #include "core/appshell.h"
 #include "core/frmtavo.h"
+#include "display/frmoutdw.h"
+#include "line21/frml21serial.h"
+#include "line21/frml21usb.h"
 #include "platform/qtsettingsstore.h"
 #include "support/frmansitable.h"
 #include "support/frmhelp.h"
 #include "support/frmtavoprefs.h"
 #include "support/qtrig.h"
+#include "support/scriptedboard.h"
+#include "textinput/frminascii.h"
+#include "textinput/frminkey.h"
+#include "textinput/frmintds.h"
 
 namespace zelvan {
 namespace {
@@ -72,17 +81,11 @@ TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
 
     tavo.InputFilterType = 3;
     tavo.StartupBarker = "One, two<br>\x95 three \xe9";
-    const QString path = qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
-                         QStringLiteral("/Zelvan21/Zelvan21.ini");
-    QFile::remove(path);
     window.findChild<QPushButton*>(QStringLiteral("cmdExit"))->click();
     EXPECT_EQ(shell.ends, 1);
     EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
               QStringLiteral("Closing input filter. Stand by..."));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(file.readAll());
-    EXPECT_TRUE(text.contains(QStringLiteral("InputFilterType=3"))) << text.toStdString();
+    EXPECT_EQ(QtSettingsStore().get("General", "InputFilterType", ""), "3");
     EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
 
@@ -164,6 +167,56 @@ TEST_F(HelpPages, AddressListStopAndSearch) {
     help.searchFor("ROLL-UP");
     ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Search: ROLL-UP"; }));
     EXPECT_TRUE(help.browser()->toHtml().contains(QUrl::fromLocalFile(a).toString()));
+}
+
+// What the operator reads on a window, in sight; a label spaced out over
+// several controls ("Setup    Open/Close") counts by its parts. The port
+// button and the filter box change their caption with their state.
+QStringList captionsOf(const QWidget& w) {
+    QStringList texts;
+    for (const QObject* o : w.findChildren<QObject*>())
+        if (!o->isWidgetType() || static_cast<const QWidget*>(o)->isVisibleTo(&w))
+            texts << o->property("text").toString() << o->property("title").toString();
+    if (texts.contains(kCaptionOpen)) texts << kCaptionClose;
+    if (texts.contains(kCaptionStartFilter)) texts << kCaptionStopFilter;
+    const QRegularExpression apart(QStringLiteral("\\s{2,}|\\n"));
+    return texts.join(u'\n').remove(u'&').split(apart, Qt::SkipEmptyParts);
+}
+
+// Each caption a help page quotes is on the window the page describes; the
+// pages keep quotes for captions.
+TEST_F(MainWindowTest, HelpPagesQuoteCaptionsOfTheirWindows) {
+    InL21 memory;
+    testing::ScriptedBoard board;
+    frmOutDW display{tavo, shell};
+    frmL21Serial serial{tavo, memory, shell};
+    frmL21USB usb{tavo, memory, board, shell};
+    frmInAscii ascii{tavo, shell};
+    frmInKey key{tavo, shell};
+    frmInTDS tds{tavo, shell};
+    frmTavoPrefs prefs{tavo, shell};
+    const std::pair<QString, std::vector<const QWidget*>> pages[] = {
+        {"Index.htm", {&window, &display}},
+        {"qn_contact.htm", {&window}},
+        {"qn_input_line21.htm", {&serial, &window}},
+        {"qn_input_line21usb.htm", {&usb}},
+        {"qn_input_ascii.htm", {&ascii}},
+        {"qn_input_keyboard.htm", {&key}},
+        {"qn_input_tds.htm", {&tds}},
+        {"qn_output_hlc.htm", {&display}},
+        {"qn_over_faq.htm", {&display, &window}},
+        {"qn_prefs.htm", {&prefs}}};
+    EXPECT_EQ(QDir(ZELVAN_HELP_DIR).entryList({"*.htm"}).size(), std::size(pages));
+    for (const auto& [page, windows] : pages) {
+        QStringList captions;
+        for (const QWidget* w : windows) captions << captionsOf(*w);
+        QFile file(QStringLiteral(ZELVAN_HELP_DIR "/") + page);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << page.toStdString();
+        const QString text = QTextDocumentFragment::fromHtml(file.readAll()).toPlainText();
+        for (const auto& m : QRegularExpression(QStringLiteral("\"([^\"]+)\"")).globalMatch(text))
+            EXPECT_TRUE(captions.contains(m.captured(1)))
+                << page.toStdString() << ": " << m.captured(1).toStdString();
+    }
 }
 
 // The label reloads the file into the one window; a broken file leaves it up.
