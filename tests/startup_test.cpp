@@ -18,8 +18,7 @@ std::string values(const Tavo& t) {
            std::to_string(t.ExitDisplayTask);
 }
 
-// Unreadable text keeps the default, booleans read in any case or by their
-// numeric value, saved values come back.
+// Unreadable text keeps the default, booleans count by value too; saved values come back.
 TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     Rig rig;
     Tavo& tavo = rig.tavo;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QKeyEvent>
@@ -17,23 +18,16 @@
 #include <QTemporaryDir>
 #include <QTextDocumentFragment>
 
-#include <chrono>
 #include <fstream>
 
 #include "core/appshell.h"
 #include "core/frmtavo.h"
 #include "display/frmoutdw.h"
-#include "line21/frml21serial.h"
-#include "line21/frml21usb.h"
 #include "platform/qtsettingsstore.h"
 #include "support/frmansitable.h"
 #include "support/frmhelp.h"
 #include "support/frmtavoprefs.h"
 #include "support/qtrig.h"
-#include "support/scriptedboard.h"
-#include "textinput/frminascii.h"
-#include "textinput/frminkey.h"
-#include "textinput/frmintds.h"
 
 namespace zelvan {
 namespace {
@@ -47,9 +41,7 @@ TEST(Dispatch, ATimerFiresOnTime) {
     long long firedAt = -1;
     const auto timer = dispatch.makeTimer([&] { firedAt = dispatch.nowMs(); });
     timer->setInterval(1000);
-    using namespace std::chrono;
-    while (duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count() % 25 != 12)
-        continue;
+    while (QDeadlineTimer::current().deadline() % 25 != 12) continue;
     const long long start = dispatch.nowMs();
     timer->setEnabled(true);
     EXPECT_TRUE(waitFor([&] { return firedAt >= 0; }));
@@ -169,9 +161,8 @@ TEST_F(HelpPages, AddressListStopAndSearch) {
     EXPECT_TRUE(help.browser()->toHtml().contains(QUrl::fromLocalFile(a).toString()));
 }
 
-// What the operator reads on a window, in sight; a label spaced out over
-// several controls ("Setup    Open/Close") counts by its parts. The port
-// button and the filter box change their caption with their state.
+// The captions in sight, a spaced-out label ("Setup    Open/Close") by its
+// parts; the port button and the filter box also in their other state.
 QStringList captionsOf(const QWidget& w) {
     QStringList texts;
     for (const QObject* o : w.findChildren<QObject*>())
@@ -183,29 +174,27 @@ QStringList captionsOf(const QWidget& w) {
     return texts.join(u'\n').remove(u'&').split(apart, Qt::SkipEmptyParts);
 }
 
-// Each caption a help page quotes is on the window the page describes; the
-// pages keep quotes for captions.
+// Each caption a help page quotes (quotes are for captions) is on its window.
 TEST_F(MainWindowTest, HelpPagesQuoteCaptionsOfTheirWindows) {
-    InL21 memory;
-    testing::ScriptedBoard board;
+    AppShell app;
+    std::vector<std::unique_ptr<InputFilter>> inputs;
+    const auto input = [&](FilterKind kind) {
+        inputs.push_back(app.makeFilter(kind, tavo));
+        return dynamic_cast<const QWidget*>(inputs.back().get());
+    };
+    const QWidget *serial = input(FilterKind::L21Serial), *usb = input(FilterKind::L21USB),
+                  *ascii = input(FilterKind::Ascii), *key = input(FilterKind::Key),
+                  *tds = input(FilterKind::TDS);
     frmOutDW display{tavo, shell};
-    frmL21Serial serial{tavo, memory, shell};
-    frmL21USB usb{tavo, memory, board, shell};
-    frmInAscii ascii{tavo, shell};
-    frmInKey key{tavo, shell};
-    frmInTDS tds{tavo, shell};
     frmTavoPrefs prefs{tavo, shell};
+    // clang-format off
     const std::pair<QString, std::vector<const QWidget*>> pages[] = {
-        {"Index.htm", {&window, &display}},
-        {"qn_contact.htm", {&window}},
-        {"qn_input_line21.htm", {&serial, &window}},
-        {"qn_input_line21usb.htm", {&usb}},
-        {"qn_input_ascii.htm", {&ascii}},
-        {"qn_input_keyboard.htm", {&key}},
-        {"qn_input_tds.htm", {&tds}},
-        {"qn_output_hlc.htm", {&display}},
-        {"qn_over_faq.htm", {&display, &window}},
-        {"qn_prefs.htm", {&prefs}}};
+        {"Index.htm", {&window, &display}}, {"qn_contact.htm", {&window}},
+        {"qn_input_line21.htm", {serial, &window}}, {"qn_input_line21usb.htm", {usb}},
+        {"qn_input_ascii.htm", {ascii}}, {"qn_input_keyboard.htm", {key}},
+        {"qn_input_tds.htm", {tds}}, {"qn_output_hlc.htm", {&display}},
+        {"qn_over_faq.htm", {&display, &window}}, {"qn_prefs.htm", {&prefs}}};
+    // clang-format on
     EXPECT_EQ(QDir(ZELVAN_HELP_DIR).entryList({"*.htm"}).size(), std::size(pages));
     for (const auto& [page, windows] : pages) {
         QStringList captions;
