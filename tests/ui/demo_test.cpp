@@ -14,12 +14,12 @@
 namespace zelvan {
 namespace {
 
-// In order, each soon after its end of caption: at fifty times the pace a busy
-// machine's tenth of a second is five, and in the news's order only with Broadcast
+// In order, each soon after its end of caption: at twenty times the pace a busy
+// machine's quarter second is five, and in the news's order only with Broadcast
 // EDM. The shell prints its id and becomes the demo, which Ctrl-C must end cleanly.
 TEST(Demo, PrintsEachCaptionOfARecordingAsTheReflectorShowsItAtItsTime) {
     const std::string command = std::string("echo $$; exec timeout -k 10 -s INT 90 '") +
-                                ZELVAN_DEMO_BINARY + "' --speed 50 '" +
+                                ZELVAN_DEMO_BINARY + "' --speed 20 '" +
                                 testing::samplePath("news-2018-12-17-popon.scc") + "'";
     FILE* out = ::popen(command.c_str(), "r");
     ASSERT_NE(out, nullptr);
