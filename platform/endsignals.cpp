@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
-// The handler's end of the pipe; one set of handlers serves the process.
-int g_wake = -1;
+// The write end of the latest watcher's pipe: one set of handlers serves the process.
+volatile sig_atomic_t g_wake = -1;
 
 void setHandler(void (*handler)(int)) {
     struct sigaction sa {};
@@ -40,19 +40,23 @@ void onSignal(int) {
 EndSignals::EndSignals(std::function<void()> onEnd) : m_onEnd(std::move(onEnd)) {
     int fds[2];
     if (::pipe2(fds, O_CLOEXEC | O_NONBLOCK) != 0) return;  // signals keep their default
-    g_wake = fds[1];
+    m_wake = fds[1];
+    g_wake = m_wake;
     m_notifier = std::make_unique<QSocketNotifier>(fds[0], QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
                      [this] { arrived(); });
     setHandler(onSignal);
 }
 
+// A later watcher has taken the signals over; this one only lets go of its pipe.
 EndSignals::~EndSignals() {
     if (!m_notifier) return;
-    setHandler(SIG_DFL);
+    if (g_wake == m_wake) {
+        setHandler(SIG_DFL);
+        g_wake = -1;
+    }
     ::close(static_cast<int>(m_notifier->socket()));
-    ::close(g_wake);
-    g_wake = -1;
+    ::close(m_wake);
 }
 
 // The orderly end doesn't return: it ends the process.

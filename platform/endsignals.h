@@ -24,6 +24,7 @@ class EndSignals {
 
     std::function<void()> m_onEnd;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    int m_wake = -1;
 };
 
 }  // namespace zelvan
