@@ -27,7 +27,7 @@ TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     EXPECT_EQ(values(tavo), "0 1 |" + barker + "| 0 0 1 1");
     for (auto [key, text] : {std::pair{"BeepOnMessage", "tRuE"},
                              {"DoStartupBarker", "0.0"},
-                             {"Obfuscate", "maybe"},
+                             {"Obfuscate", "1 maybe"},
                              {"InputFilterType", "2x"},
                              {"ExitDisplayTask", "40000"},  // beyond 16 bits
                              {"ObfuscateType", "-1"}})      // out of its table, but used as read
