@@ -11,6 +11,7 @@
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
 #include "platform/accessiblewindows.h"
+#include "platform/endsignals.h"
 #include "platform/simulatedboard.h"
 #include "support/datafiles.h"
 #include "support/frmhelp.h"
@@ -42,7 +43,10 @@ void AppShell::showSplash() {
 
 // Start-up makes the main window right after loadSettings: the decoder reads
 // its own section here, and its Input menu entry saves the setting at once.
+// From here on a signal to end the program takes the Exit button's road;
+// before, nothing has been loaded that could be saved, nor sent to the sign.
 MainConsole& AppShell::showMainWindow(Tavo& tavo) {
+    m_endSignals = std::make_unique<EndSignals>([&tavo] { tavo.exitProgram(); });
     m_inL21.loadDecoderSettings(tavo.store());
     m_main = new frmTavo(tavo, *this);
     m_main->addInputSetting(QStringLiteral("Broadcast EDM (keep position)"),

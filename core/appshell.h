@@ -11,6 +11,7 @@
 
 namespace zelvan {
 
+class EndSignals;
 class SettingsStore;
 class frmOutDW;
 class frmSignPreview;
@@ -58,6 +59,7 @@ class AppShell : public Shell {
     frmOutDW* m_display = nullptr;
     SettingsStore* m_store = nullptr;
     std::unique_ptr<frmSignPreview> m_preview;
+    std::unique_ptr<EndSignals> m_endSignals;
 };
 
 }  // namespace zelvan

@@ -40,18 +40,26 @@ struct Options {
     double speed = 1.0;
     bool loop = false;
     bool signOnly = false;
+    bool classicEdm = false;
 };
+
+// Broadcasters send EDM while the next pop-on caption is still loading; with
+// the classic rule its words come out scrambled, so the demo keeps the
+// position unless asked for the classic rule.
+constexpr const char* kBroadcastEdmIni = "[L21Decoder]\nEdmKeepsPosition=True\n";
 
 void usage(FILE* to) {
     std::fprintf(to,
-                 "usage: zelvan-demo [--speed FACTOR] [--loop] [--sign-only] [--program PATH] "
-                 "[RECORDING.scc]\n"
+                 "usage: zelvan-demo [--speed FACTOR] [--loop] [--sign-only] [--classic-edm] "
+                 "[--program PATH] [RECORDING.scc]\n"
                  "  Starts zelvan21 with a simulated decoder box on COM1 and sign on COM2,\n"
                  "  plays the recording into the box (default: the bundled news recording)\n"
                  "  and prints each caption the sign shows.\n"
                  "  --speed FACTOR  play FACTOR times faster (default 1)\n"
                  "  --loop          play the recording again and again\n"
                  "  --sign-only     play nothing; only show what the sign gets\n"
+                 "  --classic-edm   an erase of displayed memory (EDM) moves the write position\n"
+                 "                  to row 1 (default: Broadcast EDM, the position stays)\n"
                  "  --program PATH  the zelvan21 to start (default: beside this program)\n");
 }
 
@@ -82,6 +90,8 @@ bool parse(int argc, char** argv, Options& o) {
             o.loop = true;
         } else if (a == "--sign-only") {
             o.signOnly = true;
+        } else if (a == "--classic-edm") {
+            o.classicEdm = true;
         } else if (a.rfind("--", 0) == 0 || !o.recording.empty()) {
             return false;
         } else {
@@ -160,11 +170,15 @@ int main(int argc, char** argv) {
 
     const bool noDisplay = !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY");
     ProgramRig rig(o.program,
-                   zelvan::ProgramOptions{.extraIni = "",
+                   zelvan::ProgramOptions{.extraIni = o.classicEdm ? "" : kBroadcastEdmIni,
                                           .offscreen = noDisplay && !std::getenv("QT_QPA_PLATFORM"),
                                           .args = {"--no-splash", "--sign-preview"}});
     std::printf("zelvan21 started: decoder box on COM1 (%s), sign on COM2 (%s)\n",
                 rig.box.slave.c_str(), rig.sign.slave.c_str());
+    std::printf(o.classicEdm ? "classic EDM rule: an erase of displayed memory moves the write "
+                               "position to row 1\n"
+                             : "Broadcast EDM (keep position) is on, as broadcast recordings need; "
+                               "--classic-edm for the classic rule\n");
     std::fflush(stdout);
     if (!rig.waitUntil([&] { return g_stop || !rig.running() || rig.holds(rig.box.slave); },
                        kStartMs)) {

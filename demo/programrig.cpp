@@ -71,7 +71,7 @@ void ProgramRig::start(const std::string& binary, const ProgramOptions& options)
 // The child is reaped here once it has ended, so its number is never used again.
 bool ProgramRig::running() {
     if (m_pid <= 0 || m_ended) return false;
-    if (::waitpid(m_pid, nullptr, WNOHANG) == 0) return true;
+    if (::waitpid(m_pid, &m_status, WNOHANG) == 0) return true;
     m_ended = true;
     return false;
 }
@@ -86,7 +86,7 @@ void ProgramRig::stop(int ms) {
         if (!running()) return;
     }
     ::kill(m_pid, SIGKILL);
-    ::waitpid(m_pid, nullptr, 0);
+    ::waitpid(m_pid, &m_status, 0);
     m_ended = true;
 }
 

@@ -37,6 +37,8 @@ class ProgramRig {
 
     bool running();
     pid_t pid() const { return m_pid; }
+    // How the program ended, as waitpid gives it; meaningful once it has.
+    int waitStatus() const { return m_status; }
     const std::string& configHome() const { return m_config; }
 
     // True once the program holds the device open.
@@ -65,6 +67,7 @@ class ProgramRig {
     std::string m_config;
     pid_t m_pid = -1;
     bool m_ended = false;
+    int m_status = 0;
 };
 
 }  // namespace zelvan

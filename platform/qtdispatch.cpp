@@ -9,7 +9,10 @@ namespace {
 
 class QtTimer : public Timer {
   public:
+    // The times the program waits are named times (a 1500 ms modem guard, 5 s
+    // notices): a coarse timer may be 5% off, so each one is precise.
     explicit QtTimer(std::function<void()> fn) {
+        m_timer.setTimerType(Qt::PreciseTimer);
         QObject::connect(&m_timer, &QTimer::timeout, [fn = std::move(fn)] { fn(); });
     }
     void setInterval(int ms) override {

@@ -17,8 +17,9 @@ class SettingsStore {
     virtual void sync() {}
 };
 
-// A boolean is stored as the word True or False; numeric text counts too, 0
-// being False. Any other text keeps the fallback: nothing sound can be made of it.
+// A boolean is stored as the word True or False, read in any case; numeric
+// text counts too, by its value, 0 being False. Any other text keeps the
+// fallback: nothing sound can be made of it.
 bool readBoolSetting(const SettingsStore& store, const std::string& section, const std::string& key,
                      bool fallback);
 inline const char* boolSettingText(bool b) {

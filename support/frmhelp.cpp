@@ -138,6 +138,7 @@ frmHelp::frmHelp(QWidget* parent) : QWidget(parent, Qt::Window) {
             [this](const QString& url) { brwWebBrowser_NavigateComplete(url); });
 
     timTimer.setInterval(5);
+    timTimer.setTimerType(Qt::PreciseTimer);
     connect(&timTimer, &QTimer::timeout, this, [this] { timTimer_Timer(); });
 }
 

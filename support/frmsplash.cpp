@@ -54,6 +54,7 @@ frmSplash::frmSplash(QWidget* parent) : QDialog(parent) {
         w->installEventFilter(this);
     for (QWidget* w : frame->findChildren<QWidget*>())
         if (w != lblVersion && w != lblPlatform) w->setAttribute(Qt::WA_NoMousePropagation);
+    timerSplashGoAway.setTimerType(Qt::PreciseTimer);  // 5 s, not 4.75 or 5.25
     connect(&timerSplashGoAway, &QTimer::timeout, this, [this] { timerSplashGoAway_Timer(); });
 }
 

@@ -18,22 +18,25 @@ std::string values(const Tavo& t) {
            std::to_string(t.ExitDisplayTask);
 }
 
-// Unreadable text keeps the default, numeric booleans count, saved values come back.
+// Unreadable text keeps the default, booleans count by value too; saved values come back.
 TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     Rig rig;
     Tavo& tavo = rig.tavo;
     const std::string barker = kDefaultStartupBarker;
     tavo.loadSettings();
     EXPECT_EQ(values(tavo), "0 1 |" + barker + "| 0 0 1 1");
-    for (auto [key, text] : {std::pair{"BeepOnMessage", "7"},
-                             {"DoStartupBarker", "0"},
-                             {"Obfuscate", "maybe"},
+    for (auto [key, text] : {std::pair{"BeepOnMessage", "tRuE"},
+                             {"DoStartupBarker", "0.0"},
+                             {"Obfuscate", "1 maybe"},
                              {"InputFilterType", "2x"},
                              {"ExitDisplayTask", "40000"},  // beyond 16 bits
                              {"ObfuscateType", "-1"}})      // out of its table, but used as read
         rig.store.set("General", key, text);
     tavo.loadSettings();
     EXPECT_EQ(values(tavo), "1 0 |" + barker + "| 0 -1 1 1");
+    rig.store.set("General", "Obfuscate", "2.5");
+    tavo.loadSettings();
+    EXPECT_TRUE(tavo.Obfuscate) << "numeric text counts by its value";
 
     tavo.Obfuscate = true;
     tavo.StartupBarker = "One<br>\x95 Two \x95";

@@ -1,11 +1,15 @@
 // The real program between a decoder box and the sign, both on pseudo-terminals.
 
+#include <signal.h>
+#include <sys/wait.h>
+
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 #include "display/signmodel.h"
 #include "support/logicframes.h"
 #include "support/programrig.h"
-#include "support/testdata.h"
 
 namespace zelvan {
 namespace {
@@ -15,8 +19,7 @@ using testing::popOnCaption;
 using testing::ProgramRig;
 
 struct EndToEnd : ::testing::Test {
-    explicit EndToEnd(const std::string& extraIni = "") : rig(ZELVAN_BINARY, extraIni) {}
-    ProgramRig rig;
+    ProgramRig rig{ZELVAN_BINARY, ""};
     SignModel sign;
 
     // Up once the decoder port is held and the open's purge has passed.
@@ -57,21 +60,24 @@ TEST_F(EndToEnd, CaptionsFromTheSerialDecoderReachTheSignAsTheLogicSendsThem) {
     EXPECT_TRUE(signShows("First line")) << sign.dump();
 }
 
-struct BroadcastEndToEnd : EndToEnd {
-    BroadcastEndToEnd() : EndToEnd("[L21Decoder]\nEdmKeepsPosition=True\n") {}
-};
+// A signal takes the Exit button's road: the exit task's startup caption, the
+// settings saved, gone in 3 s. A second signal on that road ends it at once.
+TEST_F(EndToEnd, ASignalEndsTheProgramAsTheExitButtonDoesAndASecondAtOnce) {
+    rig.sendToBox(popOnCaption("Hello there"));
+    ASSERT_TRUE(rig.waitUntil([&] { return signShows("Hello there"); }, 5000)) << sign.dump();
+    ::kill(rig.pid(), SIGTERM);
+    EXPECT_TRUE(rig.waitUntil([&] { return !rig.running(); }, 3000));
+    rig.readSign(100);
+    EXPECT_TRUE(signShows("Welcome to Halvane Captions.")) << sign.dump();
+    std::ifstream ini(rig.configHome() + "/Zelvan21/Zelvan21.ini");
+    EXPECT_NE(std::string(std::istreambuf_iterator<char>(ini), {}).find("ExitDisplayTask=1"),
+              std::string::npos);
 
-// The news erases the screen while loading a caption; the stored setting,
-// read at start-up, keeps the words in the order viewers saw them.
-TEST_F(BroadcastEndToEnd, NewsCaptionLoadedAcrossAnEdmReachesTheSignAsViewersSawIt) {
-    std::string opening;
-    for (const SccLine& line : testing::sample("news-2018-12-17-popon.scc").lines)
-        if (line.frame < 18 * 30) opening += line.bytes();
-    rig.sendToBox(opening);
-    const auto shown = [&] {
-        return signShows("Yes, I'm supporting") && signShows("Donald Trump.");
-    };
-    EXPECT_TRUE(rig.waitUntil(shown, 5000)) << sign.dump();
+    ProgramRig twice(ZELVAN_BINARY, "");
+    ASSERT_TRUE(twice.waitUntil([&] { return twice.holds(twice.box.slave); }, 20000));
+    for (int sig : {SIGINT, SIGHUP}) ::kill(twice.pid(), sig);
+    EXPECT_TRUE(twice.waitUntil([&] { return !twice.running(); }, 1000) &&
+                WIFSIGNALED(twice.waitStatus()));
 }
 
 }  // namespace

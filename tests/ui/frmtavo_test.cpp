@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QKeyEvent>
@@ -14,12 +15,15 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTextDocumentFragment>
 
 #include <fstream>
 
 #include "core/appshell.h"
 #include "core/frmtavo.h"
+#include "display/frmoutdw.h"
 #include "platform/qtsettingsstore.h"
 #include "support/frmansitable.h"
 #include "support/frmhelp.h"
@@ -30,6 +34,20 @@ namespace zelvan {
 namespace {
 
 using testing::waitFor;
+
+// The program's timed waits keep their times: a coarse timer, which may be 5%
+// off to wake on a multiple of 25 ms, is started half-way between two.
+TEST(Dispatch, ATimerFiresOnTime) {
+    QtDispatch dispatch;
+    long long firedAt = -1;
+    const auto timer = dispatch.makeTimer([&] { firedAt = dispatch.nowMs(); });
+    timer->setInterval(1000);
+    while (QDeadlineTimer::current().deadline() % 25 != 12) continue;
+    const long long start = dispatch.nowMs();
+    timer->setEnabled(true);
+    EXPECT_TRUE(waitFor([&] { return firedAt >= 0; }));
+    EXPECT_NEAR(firedAt - start, 1000, 8);
+}
 
 struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
@@ -56,17 +74,11 @@ TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
 
     tavo.InputFilterType = 3;
     tavo.StartupBarker = "One, two<br>\x95 three \xe9";
-    const QString path = qEnvironmentVariable("XDG_CONFIG_HOME", QDir::homePath() + "/.config") +
-                         QStringLiteral("/Zelvan21/Zelvan21.ini");
-    QFile::remove(path);
     window.findChild<QPushButton*>(QStringLiteral("cmdExit"))->click();
     EXPECT_EQ(shell.ends, 1);
     EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
               QStringLiteral("Closing input filter. Stand by..."));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(file.readAll());
-    EXPECT_TRUE(text.contains(QStringLiteral("InputFilterType=3"))) << text.toStdString();
+    EXPECT_EQ(QtSettingsStore().get("General", "InputFilterType", ""), "3");
     EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
 
@@ -176,6 +188,53 @@ TEST_F(HelpPages, AddressListStopAndSearch) {
     help.searchFor("ROLL-UP");
     ASSERT_TRUE(waitFor([&] { return help.windowTitle() == "Search: ROLL-UP"; }));
     EXPECT_TRUE(help.browser()->toHtml().contains(QUrl::fromLocalFile(a).toString()));
+}
+
+// The captions in sight, a spaced-out label ("Setup    Open/Close") by its
+// parts; the port button and the filter box also in their other state.
+QStringList captionsOf(const QWidget& w) {
+    QStringList texts;
+    for (const QObject* o : w.findChildren<QObject*>())
+        if (!o->isWidgetType() || static_cast<const QWidget*>(o)->isVisibleTo(&w))
+            texts << o->property("text").toString() << o->property("title").toString();
+    if (texts.contains(kCaptionOpen)) texts << kCaptionClose;
+    if (texts.contains(kCaptionStartFilter)) texts << kCaptionStopFilter;
+    const QRegularExpression apart(QStringLiteral("\\s{2,}|\\n"));
+    return texts.join(u'\n').remove(u'&').split(apart, Qt::SkipEmptyParts);
+}
+
+// Each caption a help page quotes (quotes are for captions) is on its window.
+TEST_F(MainWindowTest, HelpPagesQuoteCaptionsOfTheirWindows) {
+    AppShell app;
+    std::vector<std::unique_ptr<InputFilter>> inputs;
+    const auto input = [&](FilterKind kind) {
+        inputs.push_back(app.makeFilter(kind, tavo));
+        return dynamic_cast<const QWidget*>(inputs.back().get());
+    };
+    const QWidget *serial = input(FilterKind::L21Serial), *usb = input(FilterKind::L21USB),
+                  *ascii = input(FilterKind::Ascii), *key = input(FilterKind::Key),
+                  *tds = input(FilterKind::TDS);
+    frmOutDW display{tavo, shell};
+    frmTavoPrefs prefs{tavo, shell};
+    // clang-format off
+    const std::pair<QString, std::vector<const QWidget*>> pages[] = {
+        {"Index.htm", {&window, &display}}, {"qn_contact.htm", {&window}},
+        {"qn_input_line21.htm", {serial, &window}}, {"qn_input_line21usb.htm", {usb}},
+        {"qn_input_ascii.htm", {ascii}}, {"qn_input_keyboard.htm", {key}},
+        {"qn_input_tds.htm", {tds}}, {"qn_output_hlc.htm", {&display}},
+        {"qn_over_faq.htm", {&display, &window}}, {"qn_prefs.htm", {&prefs}}};
+    // clang-format on
+    EXPECT_EQ(QDir(ZELVAN_HELP_DIR).entryList({"*.htm"}).size(), std::size(pages));
+    for (const auto& [page, windows] : pages) {
+        QStringList captions;
+        for (const QWidget* w : windows) captions << captionsOf(*w);
+        QFile file(QStringLiteral(ZELVAN_HELP_DIR "/") + page);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << page.toStdString();
+        const QString text = QTextDocumentFragment::fromHtml(file.readAll()).toPlainText();
+        for (const auto& m : QRegularExpression(QStringLiteral("\"([^\"]+)\"")).globalMatch(text))
+            EXPECT_TRUE(captions.contains(m.captured(1)))
+                << page.toStdString() << ": " << m.captured(1).toStdString();
+    }
 }
 
 // The label reloads the file into the one window; a broken file leaves it up.
