@@ -35,8 +35,9 @@ namespace {
 
 using testing::waitFor;
 
-// The program's timed waits keep their times: a coarse timer, which may be 5%
-// off to wake on a multiple of 25 ms, is started half-way between two.
+// The program's timed waits keep their times: a coarse timer, which may wake
+// 5% early to land on a multiple of 25 ms, is started half-way between two.
+// Only earliness is checked: a busy machine makes any timer late.
 TEST(Dispatch, ATimerFiresOnTime) {
     QtDispatch dispatch;
     long long firedAt = -1;
@@ -46,7 +47,7 @@ TEST(Dispatch, ATimerFiresOnTime) {
     const long long start = dispatch.nowMs();
     timer->setEnabled(true);
     EXPECT_TRUE(waitFor([&] { return firedAt >= 0; }));
-    EXPECT_NEAR(firedAt - start, 1000, 8);
+    EXPECT_GE(firedAt - start, 999);
 }
 
 struct MainWindowTest : ::testing::Test, testing::QtRig {
@@ -125,9 +126,10 @@ TEST(Shell, EveryWindowIsAWindowToScreenReadersAndAClosedInputComesBack) {
     for (FilterKind kind : kFilterOrder) filters.push_back(shell.makeFilter(kind, rig.tavo));
     for (QWidget* w : QApplication::topLevelWidgets()) {
         const QAccessible::Role role = QAccessible::queryAccessibleInterface(w)->role();
-        if (w->windowType() == Qt::Window || w->windowType() == Qt::Dialog)
+        if (w->windowType() == Qt::Window || w->windowType() == Qt::Dialog) {
             EXPECT_TRUE(role == QAccessible::Window || role == QAccessible::Dialog)
                 << w->windowTitle().toStdString();
+        }
     }
     const auto choose = [&] {
         for (QAction* a : main->findChildren<QAction*>())
