@@ -47,6 +47,10 @@ struct Options {
 // the classic rule its words come out scrambled, so the demo keeps the
 // position unless asked for the classic rule.
 constexpr const char* kBroadcastEdmIni = "[L21Decoder]\nEdmKeepsPosition=True\n";
+// A pseudo-terminal refuses the box's 7 data bits with odd parity, which the
+// decoder window would rightly report at every start; the simulated box's
+// bytes pass the same either way.
+constexpr const char* kPtyBoxIni = "[L21Port]\ndatabits=8\nparity=0\n";
 
 void usage(FILE* to) {
     std::fprintf(to,
@@ -170,7 +174,8 @@ int main(int argc, char** argv) {
 
     const bool noDisplay = !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY");
     ProgramRig rig(o.program,
-                   zelvan::ProgramOptions{.extraIni = o.classicEdm ? "" : kBroadcastEdmIni,
+                   zelvan::ProgramOptions{.extraIni = std::string(kPtyBoxIni) +
+                                                      (o.classicEdm ? "" : kBroadcastEdmIni),
                                           .offscreen = noDisplay && !std::getenv("QT_QPA_PLATFORM"),
                                           .args = {"--no-splash", "--sign-preview"}});
     std::printf("zelvan21 started: decoder box on COM1 (%s), sign on COM2 (%s)\n",
