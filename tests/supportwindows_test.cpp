@@ -101,18 +101,19 @@ TEST_F(Prefs, BoxesActOnChangeAndClearThenCancelWritesNothing) {
     EXPECT_EQ(stored("ExitDisplayTask"), "2");
 }
 
-// A stored type the list has not got stays through Apply.
+// What the window loaded goes back on Apply, but a stored type the list has
+// not got stays through Apply, and an exit task no button stands for doesn't.
 TEST_F(Prefs, ApplyWritesEveryKeyEachTimeAndAnEmptyCaptionHasNoLines) {
-    tavo.ExitDisplayTask = 7;  // no option button stands for it
-    tavo.Obfuscate = true;
+    tavo.ExitDisplayTask = 3;
+    tavo.BeepOnMessage = tavo.DoStartupBarker = tavo.Obfuscate = true;
     tavo.ObfuscateType = 5;
+    tavo.StartupBarker = "One<br>Two";
     form.formLoad();
     EXPECT_EQ(form.c.lbObfuscateTypeIndex, -1);
-    form.setBeepBox(1);
-    form.setCaptionText("One<br>Two");
     form.applyPrefs();
     const int once = store.writes();
-    EXPECT_EQ(stored("BeepOnMessage"), "True");
+    for (const char* key : {"BeepOnMessage", "DoStartupBarker", "Obfuscate"})
+        EXPECT_EQ(stored(key), "True") << key;
     EXPECT_EQ(stored("ExitDisplayTask"), "0");
     EXPECT_EQ(stored("ObfuscateType"), "5");
     form.applyPrefs();
