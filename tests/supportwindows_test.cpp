@@ -75,11 +75,13 @@ struct Prefs : ::testing::Test, testing::Rig {
     std::string stored(const char* key) { return store.get("General", key, "<none>"); }
 };
 
-// A box set to a value runs its click only when the value changes; Clear
-// then Cancel writes nothing, yet shutdown saves Clear.
-TEST_F(Prefs, BoxesActOnChangeAndClearThenCancelWritesNothing) {
+// A box set to a value runs its click only when the value changes; an exit
+// task chosen, then Cancel, writes nothing, yet shutdown saves the task.
+TEST_F(Prefs, BoxesActOnChangeAndAnExitTaskThenCancelWritesNothing) {
     tavo.DoStartupBarker = false;
+    tavo.ExitDisplayTask = 2;
     form.formLoad();
+    EXPECT_EQ(form.c.exitOption, 2);
     EXPECT_TRUE(form.c.tbStartupBarkerEnabled) << "an unticked box fires nothing at load";
     form.setStartupBarkerBox(1);
     form.setStartupBarkerBox(0);
@@ -91,14 +93,14 @@ TEST_F(Prefs, BoxesActOnChangeAndClearThenCancelWritesNothing) {
     form.setObfuscateBox(0);
     EXPECT_FALSE(form.c.lbObfuscateTypeVisible);
     EXPECT_EQ(tavo.ObfuscateType, 0);
-    // Clear, then Cancel: the window goes, applyPrefs doesn't run.
+    // Startup caption, then Cancel: the window goes, applyPrefs doesn't run.
     form.setCaptionText("Not kept");
-    form.rbExitDisp_Click(2);
+    form.rbExitDisp_Click(1);
     EXPECT_EQ(store.writes(), 0);
-    EXPECT_EQ(tavo.ExitDisplayTask, 2);
+    EXPECT_EQ(tavo.ExitDisplayTask, 1);
     EXPECT_EQ(tavo.StartupBarker, kDefaultStartupBarker);
     tavo.saveSettings();  // as shutdown does
-    EXPECT_EQ(stored("ExitDisplayTask"), "2");
+    EXPECT_EQ(stored("ExitDisplayTask"), "1");
 }
 
 // What the window loaded goes back on Apply, but a stored type the list has
