@@ -96,6 +96,7 @@ class Reader {
             case '\n':
                 break;
             default:
+                m_groupStart = false;  // text ahead of a destination word makes it none
                 character(static_cast<std::uint8_t>(c));
         }
     }

@@ -110,7 +110,7 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
     const Case cases[] = {
         {"32", std::string(30, 'a') + " b", 'c', std::string(30, 'a'), "bc"},
         {"10", "abcdefg-hi", 'j', "abcdefg-", "hij"},
-        {"10.5", "abcdefghi ", 'x', "abcdefghi", "x"},
+        {"10.5", "abcdefghi ", '\xFF', "abcdefghi", "\xFF"},
         {"10", "ab\300defghij", 'k', "ab\300defghij", "k"},
         {"10", "ab\200defghij", 'k', "ab\200", "defghijk"},
         {"none", "", 'b', "", "b"},

@@ -27,7 +27,7 @@ struct BoardInput : ::testing::Test {
     testing::Rig rig;
     InL21 memory;
     testing::ScriptedBoard lib;
-    testing::NullBoardView view;
+    testing::PanesBoardView view;
     std::unique_ptr<L21BoardInput> input;
 
     void load() {
@@ -118,6 +118,36 @@ TEST_F(BoardInput, APollQueuesItsBytesOnlyWhenTheRingHasRoomForAWholePoll) {
     EXPECT_EQ(rig.tavo.rawQueue[1022], 'H');
 }
 
+// The test buttons change the memory only; "Show" redraws a pane.
+TEST_F(BoardInput, TestButtonsActOnTheCaptionMemoryAndShowRedrawsThePanes) {
+    load();
+    using I = L21BoardInput;
+    const std::pair<void (I::*)(), const char*> steps[] = {
+        {&I::cmdFillDM_Click, "1 "}, {&I::cmdFillNM_Click, "12"}, {&I::cmdFlip_Click, "21"},
+        {&I::cmdEDM_Click, " 1"},    {&I::cmdENM_Click, "  "},    {&I::cmdFillDM_Click, "2 "},
+        {&I::cmdInit_Click, "  "},   {&I::cmdFillDM_Click, "1 "}};
+    for (auto [press, panes] : steps) {
+        (input.get()->*press)();
+        input->cmdShowDM_Click();
+        input->cmdShowNM_Click();
+        EXPECT_EQ(std::string({view.dm.at(0), view.nm.at(0)}), panes);
+    }
+}
+
+// A CR arms the flush timer of the window in use: 5 s on it queues a CR pair.
+// Hiding the window stops the timer and the capture.
+TEST_F(BoardInput, TheFlushTimerQueuesACrPairUntilTheWindowIsHidden) {
+    load();
+    input->showForm();
+    memory.restartFlushTimer();
+    rig.dispatch.advance(5000);
+    EXPECT_EQ(rig.tavo.dequeueByte(), "\x14");
+    EXPECT_EQ(rig.tavo.dequeueByte(), "\x2D");
+    input->hideForm();
+    rig.dispatch.advance(10000);
+    EXPECT_TRUE(rig.tavo.queueEmpty() && rig.tavo.bStopCapture);
+}
+
 SccRecording scc(const std::string& lines) {
     std::istringstream in("Scenarist_SCC V1.0\n\n" + lines);
     return parseScc(in);
@@ -132,6 +162,9 @@ struct SimBoard : ::testing::Test {
     // The board set up for output at `now`, as the board window does at load.
     void play(const SccRecording& rec) {
         board = std::make_unique<SimulatedBoard>(settings, rec, [this] { return now; });
+        setUp();
+    }
+    void setUp() {
         std::uint8_t second = 0;
         for (std::uint8_t command : {0x5A, 0x2F}) board->AEC_PCTC_SEND_COMMAND(command, second, at);
     }
@@ -160,9 +193,12 @@ struct SimBoard : ::testing::Test {
 
 TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
     MemorySettingsStore store;
-    store.set("Board", "Address", "0x2A4");  // not a board address: the default stays
-    EXPECT_EQ(readBoardSettings(store).address, 0xCC00);
-    store.set("Board", "Address", "0x2A0");
+    // Only a probed address in C hexadecimal moves the board from its default.
+    for (const char* text : {"0x2A4", "0y2A0", "1x2A0", "0x2A0z"}) {
+        store.set("Board", "Address", text);
+        EXPECT_EQ(readBoardSettings(store).address, 0xCC00) << text;
+    }
+    store.set("Board", "Address", "0X2A0");
     store.set("Board", "Loop", "True");
     store.set("Board", "Model", "3");
     settings = readBoardSettings(store);
@@ -179,6 +215,7 @@ TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
     }
     board = std::make_unique<SimulatedBoard>(settings, [] { return 0LL; });
     at = 0x2A0;
+    EXPECT_EQ(read1(0xFE), 0) << "no word before the setup";
     EXPECT_EQ(read1(0x08), 0x34) << "model 3, its setup to do";
     EXPECT_EQ(std::string({static_cast<char>(read1(0x06)), static_cast<char>(read1(0x07))}), "A1");
 }
@@ -186,8 +223,9 @@ TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
 TEST_F(SimBoard, WordsLeaveAtTheirTimecodesPaceFromTheSetupOn) {
     now = 5000;  // the setup starts the recording, not the clock's zero
     play(scc("00:00:10;00\t9420 9420\n00:10:00;00\t942f\n"));
-    EXPECT_EQ(wordsBy(5033).size(), 1u);
+    EXPECT_EQ(wordsBy(5000).size(), 1u);
     EXPECT_EQ(wordsBy(5034).size(), 1u);  // frame 1 at 33.4 ms
+    setUp();  // as the next selection of the filter does: the recording runs on
     // 00:10:00;00 is 17682 frames on, counted drop-frame: 589989.4 ms.
     EXPECT_EQ(wordsBy(5000 + 589989).size(), 0u);
     EXPECT_EQ(wordsBy(5000 + 589990).size(), 1u);

@@ -223,5 +223,15 @@ TEST(SccReader, NamesBadLinesAndSendsAWordAFrameDelayingWhatOverlaps) {
     EXPECT_NONFATAL_FAILURE(sample("absent.scc"), "absent.scc");
 }
 
+// Drop-frame labels (';' or '.') skip frames 0 and 1 of each minute but every tenth.
+TEST(SccReader, TimecodesCountFramesAndAnythingElseIsNoTimecode) {
+    const std::pair<const char*, long> cases[] = {
+        {"00:59:59:29", 107999}, {"01:00:00;00", 107892}, {"00:01:00;02", 1800},
+        {"00:10:00.00", 17982},  {"00:60:00:00", -1},     {"00:00:60:00", -1},
+        {"00:00:00:30", -1},     {"-1:00:00:00", -1},     {"00-00:00:00", -1},
+        {"00:00-00:00", -1},     {"00:00:00,00", -1},     {"00:00:00:00:", -1}};
+    for (auto [timecode, frame] : cases) EXPECT_EQ(sccTimecodeFrame(timecode), frame) << timecode;
+}
+
 }  // namespace
 }  // namespace zelvan

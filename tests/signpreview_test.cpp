@@ -68,26 +68,6 @@ TEST_F(SignPreviewTest, EveryWindows1252CharacterHasAGlyphAndControlBytesShowAsA
     EXPECT_EQ(cell(SignSide::Face, 0, 1, true), kMissingGlyph);
 }
 
-TEST_F(SignPreviewTest, DimEraseBrightAndTheBoardFollowTheFrames) {
-    sign.writeLine("HELLO", 1, 1);
-    sign.writeLine("THERE", 3, 1);
-    sign.sendDim();
-    refresh();
-    EXPECT_EQ(preview.status(), "Front board, dim, 3 frames");
-    sign.DWErase();
-    sign.sendBright();
-    refresh();
-    for (int row = 0; row < kSignRows; ++row) EXPECT_TRUE(rowDark(row)) << row;
-    EXPECT_EQ(preview.status(), "Front board, bright, 7 frames");
-    sign.sendBoardRear();  // bReverse is on
-    refresh();
-    EXPECT_EQ(preview.boardText(), "Rear board, reversed text");
-    sign.bReverse = false;
-    sign.sendBoardFront();
-    refresh();
-    EXPECT_EQ(preview.boardText(), "Front board");
-}
-
 // The LEDs stay put and the text rises across them, one dot row a refresh.
 TEST_F(SignPreviewTest, RollUpLiftsTheTextAcrossTheLedsOneDotRowARefresh) {
     sign.writeLine("ONE", 3, 1);
@@ -108,12 +88,49 @@ TEST_F(SignPreviewTest, RollUpLiftsTheTextAcrossTheLedsOneDotRowARefresh) {
     EXPECT_EQ(cell(SignSide::Reflector, 2, 0), ledGlyph('T'));
 }
 
+// A roll-up moves every row and brings a blank one up; 0F clears a row only
+// from column 1; erase and reset blank the rows, a reset at full brightness.
+TEST_F(SignPreviewTest, FramesActOnTheRowsTheBrightnessAndTheBoard) {
+    const SignModel& model = preview.model();
+    auto rows = [&] { return model.row(1) + "|" + model.row(2) + "|" + model.row(3); };
+    const std::string blanks(32, ' '), none = blanks + "|" + blanks + "|" + blanks;
+    for (int row = 1; row <= kSignRows; ++row) sign.writeLine(std::string(row, '0' + row), row, 1);
+    sign.sendRollup();
+    sign.writeLine("x\x0F", 3, 5);  // 0F lands in column 27
+    sign.sendDim();
+    refresh();
+    EXPECT_EQ(model.rolledOff, blanks.substr(1) + "1");
+    EXPECT_EQ(rows(), blanks.substr(2) + "22|" + blanks.substr(3) + "333|" + blanks.substr(6) +
+                          "\x0Fx    ");
+    EXPECT_EQ(preview.status(), "Front board, dim, 6 frames");
+    sign.DWErase();
+    sign.sendBright();
+    refresh();
+    EXPECT_EQ(rows(), none);
+    sign.writeLine("5", 2, 1);
+    sign.sendDim();
+    sign.sendReset();
+    refresh();
+    EXPECT_EQ(rows(), none);
+    EXPECT_EQ(preview.status(), "Front board, bright, 13 frames");
+    for (auto [front, reverse, text] : {std::tuple{false, true, "Rear board, reversed text"},
+                                        {false, false, "Rear board"},
+                                        {true, true, "Front board, reversed text"},
+                                        {true, false, "Front board"}}) {
+        sign.bReverse = reverse;
+        front ? sign.sendBoardFront() : sign.sendBoardRear();
+        refresh();
+        EXPECT_EQ(preview.boardText(), text);
+    }
+}
+
 // Frames are found from any cut of the stream; what is no frame is counted.
 TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     const std::string stream = "junk" + bytes({1, 0x20, 0x21, 0x3F, 'A', 'B', 1}) +
                                bytes({1, 1, 0x20, 0x7F, 0x2F, 1}) +  // a stray 01 in front
                                bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1, 1, 0x20, 0x7F, 0x7E, 0x20, 1}) +
-                               bytes({1, 0x20, 0x7F, 0x99, 1, 1, 0x55, 1});
+                               bytes({1, 0x20, 0x7F, 0x99, 1, 1, 0x55, 1}) +
+                               bytes({1, 0x20, 0x21, 1, 1, 0x20, 0x23, 0x20, 'x', 1});  // row 4
     SignModel whole;
     whole.feed(stream);
     for (char b : stream) {
@@ -123,7 +140,7 @@ TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     EXPECT_EQ(preview.model().dump(), whole.dump());
     EXPECT_EQ(cell(SignSide::Face, 1, 31, true), ledGlyph('A'));
     EXPECT_EQ(preview.status(),
-              "Rear board, reversed text, dim, 4 frames, 2 broken frames, 5 stray bytes, "
+              "Rear board, reversed text, dim, 4 frames, 4 broken frames, 5 stray bytes, "
               "1 character off the row");
 }
 

@@ -30,22 +30,30 @@ TEST(RtfReader, DecodesEscapedAndUnicodeCharactersSkippingTheirStandIns) {
     EXPECT_EQ(text(R"({\rtf1 caf\'e9 \'80 \u8364? \uc2\u-3913 xxy\tab z\par})"),
               "caf\u00E9 \u20AC \u20AC \uF0B7y\tz\n");
     EXPECT_EQ(text(R"({\rtf1 a\{b\}c\\d\~e\'C9\'Af\par})"), "a{b}c\\d\u00A0e\u00C9\u00AF\n");
+    // Surrogates and what lies beyond 16 bits are no characters; unknown words
+    // of any case are dropped; an escape takes two hex digits.
+    EXPECT_EQ(text(R"({\rtf1\u55295?\u55296?\u57343?\u57344?\u65536?\u-1?\u128?\'9Fa\_\AZaz b})"),
+              "\uD7FF\uFFFD\uFFFD\uE000\uFFFD\uFFFF\u0080\u0178a\u2011b\n");
 }
 
 TEST(RtfReader, SkipsDestinationsThatHoldNoText) {
     EXPECT_EQ(text(R"({\rtf1{\fonttbl{\f0 Arial;}}{\colortbl;\red1;}{\info{\title T}})"
                    R"({\*\generator G;}{\pict\bin4 {{{ }shown\par})"),
               "shown\n");
+    // A destination is named only right behind its group's brace.
+    EXPECT_EQ(text(R"({\rtf1{a}\info b\b\info c{d\info e}})"), "abcde\n");
 }
 
 // Each run keeps its look (a group's end ends it); rows of cells are one table.
 TEST(RtfReader, KeepsTheLookOfEachRunAndJoinsRowsOfCellsIntoOneTable) {
     const rtf::Document doc = rtf::parse(
-        R"({\rtf1 plain \b bold\b0{\i\fs40 big}\ul under\ulnone\par)"
+        R"({\rtf1 plain \b bold\b0{\i\fs40 big{\ul x}}\ul under\ulnone{\b\i\ul\fs40\plain p}\par)"
         R"(\trowd\cellx1\intbl a\cell b<\cell\row\trowd\intbl c\cell\row\pard after\par})");
-    EXPECT_EQ(rtf::toPlainText(doc), "plain boldbigunder\na | b<\nc\nafter\n");
+    EXPECT_EQ(rtf::toPlainText(doc), "plain boldbigxunderp\na | b<\nc\nafter\n");
     const std::string html = rtf::toHtml(doc);
-    for (const char* run : {"12pt\"><b>bold<", "20pt\"><i>big<", "12pt\"><u>under<", "b&lt;"})
+    EXPECT_EQ(html.rfind("<html><body><p>", 0), 0u) << html;
+    for (const char* run : {"12pt\"><b>bold<", "20pt\"><i>big<", "20pt\"><i><u>x<",
+                            "12pt\"><u>under<", "12pt\">p<", "b&lt;"})
         EXPECT_NE(html.find(run), std::string::npos) << run << "\n" << html;
     EXPECT_EQ(html.find("<table", html.find("<table") + 1), std::string::npos);
 }
@@ -54,6 +62,8 @@ TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
     EXPECT_EQ(text(""), "");
     EXPECT_EQ(text("not rich text at all"), "not rich text at all\n");
     EXPECT_EQ(text(R"({\rtf1 kept\par}}}} more)"), "kept\n more\n");
+    EXPECT_EQ(text(R"({\rtf1\intbl cut)"), "cut\n");
+    EXPECT_EQ(text(std::string_view("a\\'", 2)), "a\n") << "nothing read past the end";
     EXPECT_EQ(text(R"({\rtf1 cut \'4)"), "cut \x04\n");
     EXPECT_EQ(text(R"({\rtf1 x\bin99999999)"), "x\n");
     EXPECT_EQ(text(std::string(100000, '{') + "deep"), "deep\n");
@@ -65,11 +75,13 @@ struct Prefs : ::testing::Test, testing::Rig {
     std::string stored(const char* key) { return store.get("General", key, "<none>"); }
 };
 
-// A box set to a value runs its click only when the value changes; Clear
-// then Cancel writes nothing, yet shutdown saves Clear.
-TEST_F(Prefs, BoxesActOnChangeAndClearThenCancelWritesNothing) {
+// A box set to a value runs its click only when the value changes; an exit
+// task chosen, then Cancel, writes nothing, yet shutdown saves the task.
+TEST_F(Prefs, BoxesActOnChangeAndAnExitTaskThenCancelWritesNothing) {
     tavo.DoStartupBarker = false;
+    tavo.ExitDisplayTask = 2;
     form.formLoad();
+    EXPECT_EQ(form.c.exitOption, 2);
     EXPECT_TRUE(form.c.tbStartupBarkerEnabled) << "an unticked box fires nothing at load";
     form.setStartupBarkerBox(1);
     form.setStartupBarkerBox(0);
@@ -81,28 +93,29 @@ TEST_F(Prefs, BoxesActOnChangeAndClearThenCancelWritesNothing) {
     form.setObfuscateBox(0);
     EXPECT_FALSE(form.c.lbObfuscateTypeVisible);
     EXPECT_EQ(tavo.ObfuscateType, 0);
-    // Clear, then Cancel: the window goes, applyPrefs doesn't run.
+    // Startup caption, then Cancel: the window goes, applyPrefs doesn't run.
     form.setCaptionText("Not kept");
-    form.rbExitDisp_Click(2);
+    form.rbExitDisp_Click(1);
     EXPECT_EQ(store.writes(), 0);
-    EXPECT_EQ(tavo.ExitDisplayTask, 2);
+    EXPECT_EQ(tavo.ExitDisplayTask, 1);
     EXPECT_EQ(tavo.StartupBarker, kDefaultStartupBarker);
     tavo.saveSettings();  // as shutdown does
-    EXPECT_EQ(stored("ExitDisplayTask"), "2");
+    EXPECT_EQ(stored("ExitDisplayTask"), "1");
 }
 
-// A stored type the list has not got stays through Apply.
+// What the window loaded goes back on Apply, but a stored type the list has
+// not got stays through Apply, and an exit task no button stands for doesn't.
 TEST_F(Prefs, ApplyWritesEveryKeyEachTimeAndAnEmptyCaptionHasNoLines) {
-    tavo.ExitDisplayTask = 7;  // no option button stands for it
-    tavo.Obfuscate = true;
+    tavo.ExitDisplayTask = 3;
+    tavo.BeepOnMessage = tavo.DoStartupBarker = tavo.Obfuscate = true;
     tavo.ObfuscateType = 5;
+    tavo.StartupBarker = "One<br>Two";
     form.formLoad();
     EXPECT_EQ(form.c.lbObfuscateTypeIndex, -1);
-    form.setBeepBox(1);
-    form.setCaptionText("One<br>Two");
     form.applyPrefs();
     const int once = store.writes();
-    EXPECT_EQ(stored("BeepOnMessage"), "True");
+    for (const char* key : {"BeepOnMessage", "DoStartupBarker", "Obfuscate"})
+        EXPECT_EQ(stored(key), "True") << key;
     EXPECT_EQ(stored("ExitDisplayTask"), "0");
     EXPECT_EQ(stored("ObfuscateType"), "5");
     form.applyPrefs();

@@ -56,15 +56,16 @@ class ScriptedBoard : public BoardLibrary {
     }
 };
 
-// A board window that shows nothing.
-struct NullBoardView : L21BoardView {
+// A board window that shows nothing but its two memory panes.
+struct PanesBoardView : L21BoardView {
+    std::string dm, nm;
     void placeWindow() override {}
     void showWindow() override {}
     void hideWindow() override {}
     void addBoardEntry(const std::string&) override {}
     void showBoardSelection(int) override {}
-    void setDMText(const std::string&) override {}
-    void setNMText(const std::string&) override {}
+    void setDMText(const std::string& text) override { dm = text; }
+    void setNMText(const std::string& text) override { nm = text; }
     void showChannel(std::int16_t) override {}
 };
 
