@@ -52,7 +52,13 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
         {std::string("A\0B\r\n\r\nC", 8), {std::string("A\0B", 3), "C"}},
         {cue + "\n<i unclosed &amp", {"<i unclosed &amp"}},
         {cue + "\nend \xC3", {"end \xC3"}},
-        {cue, {}},
+        {cue + "\n\xE2\x99\xAA sing &#9834;\n \t \nx <3 y > z</3>\n",
+         {"\x95 sing \x95\r\nx <3 y > z</3>"}},
+        {"1\n0:00:01.000 --> 0:00:02.000\nOne-digit hours\n", {"One-digit hours"}},
+        // Only a sure sign leaves the TDS road; cues that give nothing are TDS.
+        {"1\r\nLadies --> gentlemen\r\n\r\nNext", {"1\r\nLadies --> gentlemen", "Next"}},
+        {"WEBVTT is where\r\nwe begin\r\n", {"WEBVTT is where\r\nwe begin"}},
+        {cue, {"WEBVTT", "00:01.000 --> 00:02.000"}},
     };
     for (const auto& [file, captions] : cases) EXPECT_EQ(read(file), captions) << file;
     Captions list{"kept"};
@@ -62,7 +68,8 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
 }
 
 TEST(CaptionScript, TheFormatIsToldByContentAlone) {
-    EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\r\n"), script::Format::WebVtt);
+    EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\tx\r\n\r\n01:00.000 --> 01:02.000\r\n"),
+              script::Format::WebVtt);
     EXPECT_EQ(script::detectFormat("\r\n190\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
               script::Format::SubRip);
     EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
