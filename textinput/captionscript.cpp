@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 #include "platform/codepage.h"
 
@@ -16,6 +17,24 @@ constexpr std::string_view kTimingArrow = "-->";
 std::string_view withoutBom(std::string_view file) {
     if (file.substr(0, kBom.size()) == kBom) file.remove_prefix(kBom.size());
     return file;
+}
+
+// The text of a file with a UTF-16 byte-order mark, as UTF-8; nothing for
+// any other file. A character beyond the basic plane, or half of one, is
+// one that the code page hasn't anyway.
+std::optional<std::string> fromUtf16(std::string_view file) {
+    const bool little = file.substr(0, 2) == "\xFF\xFE";
+    if (!little && file.substr(0, 2) != "\xFE\xFF") return std::nullopt;
+    std::string utf8;
+    for (std::size_t i = 2; i + 1 < file.size(); i += 2) {
+        const auto a = static_cast<unsigned char>(file[i]),
+                   b = static_cast<unsigned char>(file[i + 1]);
+        const char32_t unit = little ? (b << 8 | a) : (a << 8 | b);
+        const bool surrogate = unit >= 0xD800 && unit <= 0xDFFF;
+        if (surrogate && unit >= 0xDC00) continue;  // the low half adds nothing to the high one
+        codepage::appendUtf8(utf8, surrogate ? char32_t(codepage::kReplacement) : unit);
+    }
+    return utf8;
 }
 
 bool isSpace(char c) {
@@ -344,13 +363,17 @@ Format detectFormat(std::string_view file) {
 }
 
 // A file that looks like cues but gives none is read as the TDS script it
-// then is, so that no caption text is lost.
-Script readScript(std::string_view file) {
+// then is, so that no caption text is lost. A UTF-16 file (what editors on
+// Windows save as "Unicode") is decoded first; as TDS it comes into the code
+// page like any other text.
+Script readScript(std::string_view raw) {
+    const std::optional<std::string> decoded = fromUtf16(raw);
+    const std::string_view file = decoded ? std::string_view(*decoded) : raw;
     Script script{detectFormat(file), {}};
     if (script.format != Format::Tds) appendCueCaptions(file, script.format, script.captions);
     if (script.captions.empty()) {
         script.format = Format::Tds;
-        appendTdsCaptions(file, script.captions);
+        appendTdsCaptions(decoded ? codepage::fromUtf8(*decoded) : file, script.captions);
     }
     return script;
 }
