@@ -90,8 +90,8 @@ std::string TdsInput::getExternalTextTrimmed(std::int16_t i) {
 // The rows are filled again from the caption on deck before they go out.
 // They hold it already, unless Erase blanked them or bytes left on the ring
 // wrote into them; either way the sign then shows what "On Deck:" showed, and
-// "Displayed:" tells the truth.
-// A subtitle cue goes out as many rows at a time as the display uses now.
+// "Displayed:" tells the truth. A subtitle cue goes out as many rows at a
+// time as the display uses now; while a file plays, Send moves to the next cue.
 void TdsInput::send() {
     if (m_player.playing()) return m_player.jumpToNextCue();
     if (!m_bFileLoaded) return;
