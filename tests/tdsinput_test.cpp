@@ -52,8 +52,8 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
          "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n",
          {"Hello & welcome\r\nsecond", "Caf\xE9 \xA9\x93q\x94 ? <b> \xE9 A\xA0\x93??\"'",
           "a < b, 3 > 2 --> fine"}},
-        {"1\n00:00:01,000 --> 00:00:02,000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
-        {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},
+        {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9 \xA9\xA9\n",
+         {"\xE9t\xE9 Caf\xE9 \xA9\xA9"}},
         {"WEBVTT - a title\nKind: captions\n\nSTYLE\n::cue { color: yellow }\n\n"
          "NOTE by hand\nsecond line\n\nintro\n00:01.000 --> 00:02.000 line:0 align:start\n"
          "<v Roger>Hi there</v>&nbsp;<c.loud>you</c>\n<00:01.500>and <ruby>kan<rt>ji</rt></ruby>\n"
@@ -64,7 +64,6 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
         {cue + "\nend \xC3", {"end \xC3"}},
         {cue + "\n\xE2\x99\xAA sing &#9834;\n \t \nx <3 y > z</3>\n",
          {"\x95 sing \x95\r\nx <3 y > z</3>"}},
-        {"1\n0:00:01.000 --> 0:00:02.000\nOne-digit hours\n", {"One-digit hours"}},
         // Only a sure sign leaves the TDS road; cues that give nothing are TDS.
         {"1\r\nLadies --> gentlemen\r\n\r\nNext", {"1\r\nLadies --> gentlemen", "Next"}},
         {"WEBVTT is where\r\nwe begin\r\n", {"WEBVTT is where\r\nwe begin"}},
@@ -205,6 +204,22 @@ TEST_F(TdsInputTest, AFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
     open("next.srt", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Other</i>\r\n");
     EXPECT_EQ(view.onDeck, "Other");
     EXPECT_EQ(view.displayed, "Caption 1") << "the sign still shows the old caption";
+}
+
+TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {
+    EXPECT_EQ(clockText(3723456), "01:02:03.4");
+    using Times = std::vector<std::pair<const char*, std::optional<long long>>>;
+    const Times times{{"", 0},
+                      {" 1:02:03.5 ", 3723500},
+                      {"02:03", 123000},
+                      {"7.25", 7250},
+                      {"1.5:00", std::nullopt},
+                      {"1:2:3:4", std::nullopt},
+                      {"x", std::nullopt}};
+    for (const auto& [text, ms] : times) EXPECT_EQ(parseFileTime(text), ms) << text;
+    const Times offsets{{"", 0},     {"-1.25", -1300},       {"+0.04", 0},
+                        {"2", 2000}, {"1.5s", std::nullopt}, {"--1", std::nullopt}};
+    for (const auto& [text, ms] : offsets) EXPECT_EQ(parseOffset(text), ms) << text;
 }
 
 // A cue of 56 characters, one of five lines, two that overlap and a gap.

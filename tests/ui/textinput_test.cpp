@@ -215,7 +215,6 @@ TEST_F(TextWindowTest, ASubtitleFilePlaysOntoTheSignOnTime) {
     QElapsedTimer clock;
     clock.start();
     window.mnuPlayPause->trigger();
-    EXPECT_EQ(window.cmdPlay->text(), QStringLiteral("Pause"));
     std::vector<long long> changes;
     long long lastByte = -1000;
     waitFor(
