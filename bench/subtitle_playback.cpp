@@ -179,6 +179,7 @@ int main(int argc, char** argv) {
     for (std::size_t i = 0; i < bursts.size(); ++i) {
         const double at = std::chrono::duration<double, std::milli>(bursts[i] - played).count();
         const double error = std::abs(at - static_cast<double>(expected[i]));
+        if (error > 20) std::printf("change %zu at %lld ms: %.1f ms off\n", i, expected[i], error);
         worst = std::max(worst, error);
         sum += error;
     }

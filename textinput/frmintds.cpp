@@ -177,7 +177,8 @@ QLayout* frmInTDS::buildPlaybackControls() {
     tbStartAt->setPlaceholderText(QStringLiteral("00:00:00"));
     tbOffset = makeBox("tbOffset");
     tbOffset->setPlaceholderText(QStringLiteral("0.0"));
-    tbOffset->setToolTip(QStringLiteral("Seconds added to every cue time, in steps of 0.1"));
+    tbOffset->setToolTip(
+        QStringLiteral("Seconds added to every cue time, to 0.1 s; negative for earlier"));
     const int boxWidth = QFontMetrics(tbStartAt->font()).horizontalAdvance(QString(12, u'0'));
     tbStartAt->setFixedWidth(boxWidth);
     tbOffset->setFixedWidth(boxWidth);
