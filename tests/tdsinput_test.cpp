@@ -46,14 +46,14 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
          "1\r\n00:00:01,000 --> 00:00:02,500\r\n"
          "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
          "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
-         "Caf\xC3\xA9 \xC2\xA9\xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
+         "Caf\xC3\xA9 \xC2\xA9\xE2\x80\x9Cq\xE2\x80\x9D \xE0\xA4\xB9 &lt;b&gt; "
          "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;\r\n"
          "\r\n\r\n3\r\n00:00:05,000 --> 00:00:06,000\r\n<b></b>\r\n\r\n"
          "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n",
          {"Hello & welcome\r\nsecond", "Caf\xE9 \xA9\x93q\x94 ? <b> \xE9 A\xA0\x93??\"'",
           "a < b, 3 > 2 --> fine"}},
-        {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9 \xA9\xA9\n",
-         {"\xE9t\xE9 Caf\xE9 \xA9\xA9"}},
+        {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
+        {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},
         {"WEBVTT - a title\nKind: captions\n\nSTYLE\n::cue { color: yellow }\n\n"
          "NOTE by hand\nsecond line\n\nintro\n00:01.000 --> 00:02.000 line:0 align:start\n"
          "<v Roger>Hi there</v>&nbsp;<c.loud>you</c>\n<00:01.500>and <ruby>kan<rt>ji</rt></ruby>\n"
@@ -62,7 +62,7 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
         {std::string("A\0B\r\n\r\nC", 8), {std::string("A\0B", 3), "C"}},
         {cue + "\n<i unclosed &amp", {"<i unclosed &amp"}},
         {cue + "\nend \xC3", {"end \xC3"}},
-        {cue + "\n\xE2\x99\xAA sing &#9834;\n \t \nx <3 y > z</3>\n",
+        {cue + "\n\xE2\x99\xAA sing &#9834;\n \t \nx <3 y > z</3><a>\n",
          {"\x95 sing \x95\r\nx <3 y > z</3>"}},
         // Only a sure sign leaves the TDS road; cues that give nothing are TDS.
         {"1\r\nLadies --> gentlemen\r\n\r\nNext", {"1\r\nLadies --> gentlemen", "Next"}},
