@@ -281,14 +281,6 @@ void frmInTDS::setOnDeckText(const std::string& text) {
     rtbCaptionNext->setPlainText(paneText(text));
 }
 
-void frmInTDS::focusSend() {
-    bSend->setFocus();
-}
-
-void frmInTDS::showHelp() {
-    m_shell.showHelp();
-}
-
 void frmInTDS::showPlayState(bool enabled, bool playing) {
     cmdPlay->setEnabled(enabled);
     mnuPlayPause->setEnabled(enabled);
@@ -302,6 +294,14 @@ void frmInTDS::setClockText(const std::string& text) {
 void frmInTDS::setPlaybackBoxes(const std::string& startAt, const std::string& offset) {
     tbStartAt->setText(toQString(startAt));
     tbOffset->setText(toQString(offset));
+}
+
+void frmInTDS::focusSend() {
+    bSend->setFocus();
+}
+
+void frmInTDS::showHelp() {
+    m_shell.showHelp();
 }
 
 // The operator can't close it; only hideForm takes it away.
