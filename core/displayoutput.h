@@ -15,6 +15,8 @@ class DisplayOutput {
     virtual void doInput(std::int16_t theStyle, const std::string& theLine) = 0;
     virtual void showStartupBarker(bool bDoIt) = 0;
     virtual void DWErase() = 0;
+    // How many rows of the sign the display uses, 1 to 3.
+    virtual std::int16_t rowsInUse() const { return 3; }
 };
 
 }  // namespace zelvan

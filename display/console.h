@@ -77,6 +77,7 @@ class DisplayConsole : public DisplayLink, private LineOutputListener {
     void doInput(std::int16_t theStyle, const std::string& theLine);
     void showStartupBarker(bool bDoIt) { m_engine.showStartupBarker(bDoIt); }
     void DWErase() { m_engine.DWErase(); }
+    std::int16_t rowsInUse() const { return m_engine.iLines; }
 
     // --- the port controls ---
     void cmdPortOutOpen_Click();

@@ -39,6 +39,7 @@ class frmOutDW : public QMainWindow,
     }
     void showStartupBarker(bool bDoIt) override { m_console.showStartupBarker(bDoIt); }
     void DWErase() override { m_console.DWErase(); }
+    std::int16_t rowsInUse() const override { return m_console.rowsInUse(); }
 
     // --- SerialLinkView ---
     void messageBox(const std::string& text, const std::string& detail) override;

@@ -47,9 +47,13 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     // A row of word characters only is cut hard at 31.
     EXPECT_EQ(feed(std::string(40, 'w') + "\n"),
               std::string(31, 'w') + "|" + std::string(9, 'w') + "|");
-    // A narrower width governs; a hyphen stays with the part that goes out.
-    filter.setWrapWidth(10);
-    EXPECT_EQ(feed("well-known fact\r"), "well-|known fact|");
+    // Whatever the width box says, a line that fits the row goes out whole;
+    // past column 31 a hyphen stays with the part that goes out.
+    for (std::int16_t width : {20, 0}) {
+        filter.setWrapWidth(width);
+        EXPECT_EQ(feed(std::string(25, 'a') + " well-known\r"),
+                  std::string(25, 'a') + " well-|known|");
+    }
     // Unwrapped, a full row refills from the left and its tail stays.
     filter.bWrapLongLines = false;
     EXPECT_EQ(feed(std::string(31, 'a') + "XYZ\r"), "YZ" + std::string(29, 'a') + "|");

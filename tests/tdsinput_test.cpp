@@ -20,6 +20,16 @@ Captions read(std::string_view file) {
     return list;
 }
 
+// Text of code points below 256 as UTF-16 with its mark, little-endian or big.
+std::string utf16(std::u16string_view text, bool little) {
+    std::string bytes = little ? "\xFF\xFE" : "\xFE\xFF";
+    for (char16_t c : text) {
+        const char lo = static_cast<char>(c & 0xFF), hi = static_cast<char>(c >> 8);
+        bytes += little ? std::string{lo, hi} : std::string{hi, lo};
+    }
+    return bytes;
+}
+
 // TDS: text runs between blank lines, comments and markers skipped, bytes
 // kept. Cues: their text only, UTF-8 in the code page where it can be. Broken
 // files, cut short anywhere: what caption text they hold.
@@ -36,13 +46,13 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
          "1\r\n00:00:01,000 --> 00:00:02,500\r\n"
          "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
          "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
-         "Caf\xC3\xA9 \xC2\xA9\xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD &lt;b&gt; "
+         "Caf\xC3\xA9 \xC2\xA9\xE2\x80\x9Cq\xE2\x80\x9D \xE0\xA4\xB9 &lt;b&gt; "
          "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;\r\n"
          "\r\n\r\n3\r\n00:00:05,000 --> 00:00:06,000\r\n<b></b>\r\n\r\n"
          "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n",
          {"Hello & welcome\r\nsecond", "Caf\xE9 \xA9\x93q\x94 ? <b> \xE9 A\xA0\x93??\"'",
           "a < b, 3 > 2 --> fine"}},
-        {"1\n00:00:01,000 --> 00:00:02,000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
+        {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},
         {"WEBVTT - a title\nKind: captions\n\nSTYLE\n::cue { color: yellow }\n\n"
          "NOTE by hand\nsecond line\n\nintro\n00:01.000 --> 00:02.000 line:0 align:start\n"
@@ -52,7 +62,15 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
         {std::string("A\0B\r\n\r\nC", 8), {std::string("A\0B", 3), "C"}},
         {cue + "\n<i unclosed &amp", {"<i unclosed &amp"}},
         {cue + "\nend \xC3", {"end \xC3"}},
-        {cue, {}},
+        {cue + "\n\xE2\x99\xAA sing &#9834;\n \t \nx <3 y > z</3><a>\n",
+         {"\x95 sing \x95\r\nx <3 y > z</3>"}},
+        // Only a sure sign leaves the TDS road; cues that give nothing are TDS.
+        {"1\r\nLadies --> gentlemen\r\n\r\nNext", {"1\r\nLadies --> gentlemen", "Next"}},
+        {"WEBVTT is where\r\nwe begin\r\n", {"WEBVTT is where\r\nwe begin"}},
+        {cue, {"WEBVTT", "00:01.000 --> 00:02.000"}},
+        {utf16(u"1\r\n00:00:01,000 --> 00:00:02,000\r\nCaf\u00e9 \u266a\U0001F600", true),
+         {"Caf\xE9 \x95?"}},
+        {utf16(u"Caf\u00e9 \u20ac", false), {"Caf\xE9 \x80"}},
     };
     for (const auto& [file, captions] : cases) EXPECT_EQ(read(file), captions) << file;
     Captions list{"kept"};
@@ -62,7 +80,8 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
 }
 
 TEST(CaptionScript, TheFormatIsToldByContentAlone) {
-    EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\r\n"), script::Format::WebVtt);
+    EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\tx\r\n\r\n01:00.000 --> 01:02.000\r\n"),
+              script::Format::WebVtt);
     EXPECT_EQ(script::detectFormat("\r\n190\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
               script::Format::SubRip);
     EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
@@ -84,9 +103,14 @@ struct FakeTdsView : TdsView {
     void setOnDeckText(const std::string& text) override { onDeck = text; }
     void focusSend() override {}
     void showHelp() override {}
+    void showPlayState(bool enabled, bool playing) override {
+        play = !enabled ? "disabled" : playing ? "Pause" : "Play";
+    }
+    void setClockText(const std::string& text) override { clock = text; }
+    void setPlaybackBoxes(const std::string&, const std::string&) override {}
 
     std::optional<std::string> answer;
-    std::string fileName, displayed, onDeck;
+    std::string fileName, displayed, onDeck, play, clock;
 };
 
 struct TdsInputTest : ::testing::Test {
@@ -180,6 +204,103 @@ TEST_F(TdsInputTest, AFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
     open("next.srt", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Other</i>\r\n");
     EXPECT_EQ(view.onDeck, "Other");
     EXPECT_EQ(view.displayed, "Caption 1") << "the sign still shows the old caption";
+}
+
+TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {
+    EXPECT_EQ(clockText(3723456), "01:02:03.4");
+    using Times = std::vector<std::pair<const char*, std::optional<long long>>>;
+    const Times times{{"", 0},
+                      {" 1:02:03.5 ", 3723500},
+                      {"02:03", 123000},
+                      {"7.25", 7250},
+                      {"1.5:00", std::nullopt},
+                      {"1:2:3:4", std::nullopt},
+                      {"x", std::nullopt}};
+    for (const auto& [text, ms] : times) EXPECT_EQ(parseFileTime(text), ms) << text;
+    const Times offsets{{"", 0},     {"-1.25", -1300},       {"+0.04", 0},
+                        {"2", 2000}, {"1.5s", std::nullopt}, {"--1", std::nullopt}};
+    for (const auto& [text, ms] : offsets) EXPECT_EQ(parseOffset(text), ms) << text;
+}
+
+// A cue of 56 characters, one of five lines, two that overlap and a gap.
+constexpr const char* kSubtitles =
+    "1\r\n00:00:01,000 --> 00:00:03,000\r\n"
+    "We're actually at the Lucern Hotel, just down the street\r\n\r\n"
+    "2\r\n00:00:04,000 --> 00:00:10,000\r\nline one\r\nline two\r\nline three\r\n"
+    "line four\r\nline five\r\n\r\n"
+    "3\r\n00:00:09,000 --> 00:00:12,000\r\nOverlap\r\n";
+const std::string kLucern = "1[We're actually at the Lucern] 2[Hotel, just down the street]";
+const std::string kLines1to3 = "1[line one] 2[line two] 3[line three]";
+const std::string kLines4and5 = "1[line four] 2[line five]";
+
+struct SubtitleTest : TdsInputTest {
+    void SetUp() override {
+        TdsInputTest::SetUp();
+        display.stamp = [this] { return std::to_string(rig.dispatch.nowMs() - t0) + " "; };
+        open("film.srt", kSubtitles);
+    }
+    // Plays from now, on virtual time, until the file has ended.
+    void play() {
+        t0 = rig.dispatch.nowMs();
+        display.captions.clear();
+        input.playPause();
+    }
+    long long t0 = 0;
+};
+
+TEST_F(SubtitleTest, EachChangeReachesTheSignAtItsCueTimeAndOffsetMovesThemAll) {
+    for (const auto& [offset, shift] : {std::pair{"", 0}, {"+1.5", 1500}, {"-0.46", -500}}) {
+        SCOPED_TRACE(offset);
+        open("film.srt", kSubtitles);
+        input.offsetChanged(offset);
+        play();
+        EXPECT_EQ(view.play, "Pause");
+        rig.dispatch.advance(15000);
+        auto at = [&](long long ms, const std::string& rows) {
+            return std::to_string(ms + shift) + " 1:" + (rows.empty() ? "" : " " + rows);
+        };
+        EXPECT_EQ(display.captions,
+                  (Captions{"0 1:", at(1000, kLucern), at(3000, ""), at(4000, kLines1to3),
+                            at(7000, kLines4and5), at(9000, kLines4and5 + " 3[Overlap]"),
+                            at(10000, "1[Overlap]"), at(12000, "")}));
+        EXPECT_EQ(view.play, "Play") << "the clock stops at the end of the file";
+    }
+}
+
+TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
+    input.startAtChanged("00:00:00.9");
+    play();
+    rig.dispatch.advance(1000);  // file time 1.9 s: the first cue shows
+    input.playPause();
+    rig.dispatch.advance(60000);
+    EXPECT_EQ(view.clock, "00:00:01.9");
+    EXPECT_EQ(view.onDeck, "line one\r\nline two\r\nline three");
+    input.playPause();  // sends what shows at once
+    input.send();       // to the next cue's start, 4 s
+    input.send();       // 9 s
+    input.rewind();     // to the cue before the one that started last: 4 s
+    input.erase();
+    rig.dispatch.advance(5500);  // 9.5 s: blank until cue 3, then cue 2 ends at 10 s
+    EXPECT_EQ(
+        display.captions,
+        (Captions{"0 1:", "100 1: " + kLucern, "61000 1: " + kLucern, "61000 1: " + kLines1to3,
+                  "61000 1: " + kLines4and5 + " 3[Overlap]", "61000 1: " + kLines1to3,
+                  "61000 1:", "66000 1: " + kLines4and5 + " 3[Overlap]"}));
+    EXPECT_EQ(view.clock, "00:00:09.5");
+}
+
+// By hand a cue steps out as many rows at a time as the display uses.
+TEST_F(SubtitleTest, StepsFittedRowsByHandAndATdsScriptCantPlay) {
+    EXPECT_EQ(view.onDeck, "We're actually at the Lucern\r\nHotel, just down the street");
+    display.rows = 2;
+    for (int i = 0; i < 4; ++i) input.send();
+    EXPECT_EQ(display.captions, (Captions{"0 1: " + kLucern, "0 1: 1[line one] 2[line two]",
+                                          "0 1: 1[line three] 2[line four]", "0 1: 1[line five]"}));
+    EXPECT_EQ(view.onDeck, "Overlap");
+    open("film.tds", "1\r\n00:00:01,000 --> 00:00:02,000 is only text\r\n");
+    EXPECT_EQ(view.play, "disabled");
+    input.playPause();
+    EXPECT_EQ(display.captions.size(), 4u) << "nothing played";
 }
 
 }  // namespace

@@ -62,7 +62,8 @@ class AsciiInput : public InputFilter {
     void cmdPortDial_Click(const std::string& dialText) { m_link.dial(dialText); }
     void cmdPortHangup_Click() { m_link.hangUpPort(); }
     void cmdPortSetup_Click() { m_link.setup(); }
-    // The text of tbWrapWidth changed: it governs where long lines wrap.
+    // The text of tbWrapWidth changed: the width is kept; lines wrap only past
+    // column 31.
     void tbWrapWidth_Change(const std::string& text) { filter.setWrapWidth(parseWrapWidth(text)); }
 
     SerialLink& link() { return m_link; }

@@ -155,12 +155,47 @@ void frmInTDS::buildControls() {
     auto* layout = new QVBoxLayout(central);
     layout->addLayout(file);
     layout->addLayout(panes);
+    layout->addLayout(buildPlaybackControls());
     layout->addLayout(buttons);
     setCentralWidget(central);
 
     connect(cmdSelectTDSFile, &QPushButton::clicked, this, [this] { m_input.openFile(); });
     connect(bSend, &QPushButton::clicked, this, [this] { m_input.send(); });
     connect(bErase, &QPushButton::clicked, this, [this] { m_input.erase(); });
+}
+
+// Play is enabled once a file with timings is open. Both boxes take effect
+// as they are typed; text that is no time or number leaves them as they were.
+QLayout* frmInTDS::buildPlaybackControls() {
+    cmdPlay = makeButton("cmdPlay", "Play");
+    cmdPlay->setEnabled(false);
+    lblClock = new QLabel(toQString(clockText(0)));
+    lblClock->setObjectName(QStringLiteral("lblClock"));
+    lblClock->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    tbStartAt = makeBox("tbStartAt");
+    tbStartAt->setPlaceholderText(QStringLiteral("00:00:00"));
+    tbOffset = makeBox("tbOffset");
+    tbOffset->setPlaceholderText(QStringLiteral("0.0"));
+    tbOffset->setToolTip(
+        QStringLiteral("Seconds added to every cue time, to 0.1 s; negative for earlier"));
+    const int boxWidth = QFontMetrics(tbStartAt->font()).horizontalAdvance(QString(12, u'0'));
+    tbStartAt->setFixedWidth(boxWidth);
+    tbOffset->setFixedWidth(boxWidth);
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdPlay);
+    row->addWidget(lblClock);
+    row->addStretch();
+    row->addWidget(new QLabel(QStringLiteral("Start at:")));
+    row->addWidget(tbStartAt);
+    row->addWidget(new QLabel(QStringLiteral("Offset:")));
+    row->addWidget(tbOffset);
+
+    connect(tbStartAt, &QLineEdit::textChanged, this,
+            [this](const QString& text) { m_input.startAtChanged(fromQString(text)); });
+    connect(tbOffset, &QLineEdit::textChanged, this,
+            [this](const QString& text) { m_input.offsetChanged(fromQString(text)); });
+    return row;
 }
 
 // The caption entries go through the key handler with their key's code; the
@@ -177,6 +212,12 @@ void frmInTDS::buildMenus() {
     mnuErase = caption->addAction(QStringLiteral("Erase        E"), this,
                                   [this] { m_input.keyDown(kKeyE); });
     connect(bRewind, &QPushButton::clicked, mnuCaptionRewind, &QAction::trigger);
+    // F5 is a real shortcut: the key handler doesn't know it.
+    mnuPlayPause =
+        caption->addAction(QStringLiteral("Play/Pause"), this, [this] { m_input.playPause(); });
+    mnuPlayPause->setShortcut(QKeySequence(Qt::Key_F5));
+    mnuPlayPause->setEnabled(false);
+    connect(cmdPlay, &QPushButton::clicked, mnuPlayPause, &QAction::trigger);
 }
 
 // A key goes first to the focused control, then up through its parents; the
@@ -237,6 +278,21 @@ void frmInTDS::setDisplayedText(const std::string& text) {
 
 void frmInTDS::setOnDeckText(const std::string& text) {
     rtbCaptionNext->setPlainText(paneText(text));
+}
+
+void frmInTDS::showPlayState(bool enabled, bool playing) {
+    cmdPlay->setEnabled(enabled);
+    mnuPlayPause->setEnabled(enabled);
+    cmdPlay->setText(playing ? QStringLiteral("Pause") : QStringLiteral("Play"));
+}
+
+void frmInTDS::setClockText(const std::string& text) {
+    lblClock->setText(toQString(text));
+}
+
+void frmInTDS::setPlaybackBoxes(const std::string& startAt, const std::string& offset) {
+    tbStartAt->setText(toQString(startAt));
+    tbOffset->setText(toQString(offset));
 }
 
 void frmInTDS::focusSend() {

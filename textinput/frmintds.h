@@ -6,8 +6,8 @@
 //
 // The window sees every key before its controls do and lets the control have
 // it as well: PageDown sends, PageUp rewinds, E erases (an E typed into a
-// text box also goes into the box), F1 opens the help. It refuses to be
-// closed; it goes only through hideForm.
+// text box also goes into the box), F1 opens the help, F5 plays or pauses a
+// subtitle file. It refuses to be closed; it goes only through hideForm.
 
 #include <QMainWindow>
 #include <QStringList>
@@ -20,6 +20,8 @@
 #include "textinput/tdsinput.h"
 
 class QAction;
+class QLabel;
+class QLayout;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
@@ -67,6 +69,11 @@ class frmInTDS : public QMainWindow, public InputFilter, private TdsView {
     QAction* mnuSend;
     QAction* mnuCaptionRewind;
     QAction* mnuErase;
+    QPushButton* cmdPlay;
+    QLabel* lblClock;
+    QLineEdit* tbStartAt;
+    QLineEdit* tbOffset;
+    QAction* mnuPlayPause;
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -84,8 +91,12 @@ class frmInTDS : public QMainWindow, public InputFilter, private TdsView {
     void setOnDeckText(const std::string& text) override;
     void focusSend() override;
     void showHelp() override;
+    void showPlayState(bool enabled, bool playing) override;
+    void setClockText(const std::string& text) override;
+    void setPlaybackBoxes(const std::string& startAt, const std::string& offset) override;
 
     void buildControls();
+    QLayout* buildPlaybackControls();
     void buildMenus();
 
     Shell& m_shell;

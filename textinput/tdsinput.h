@@ -8,6 +8,13 @@
 // This filter stands beside the capture ring: nothing here queues a byte.
 // Each action calls the display output itself, with the rows as a whole
 // changed, and the display reads the rows through the row readers.
+//
+// A subtitle file (SubRip, WebVTT) is fitted to the sign: its cues are laid
+// out in rows of 32 columns, and a cue with more rows than the display uses
+// steps out as several captions. It can also be played on time; while it
+// plays, Send and Rewind move the clock from cue to cue and Erase blanks the
+// sign until the next cue. A TDS or text script keeps its lines as written
+// and can't be played.
 
 #include <cstdint>
 #include <optional>
@@ -16,6 +23,8 @@
 
 #include "core/inputfilter.h"
 #include "core/tavo.h"
+#include "textinput/captionscript.h"
+#include "textinput/subtitleplayer.h"
 #include "textinput/textrows.h"
 
 namespace zelvan {
@@ -52,6 +61,11 @@ class TdsView {
     virtual void setOnDeckText(const std::string& text) = 0;     // rtbCaptionNext
     virtual void focusSend() = 0;
     virtual void showHelp() = 0;
+    // Playback: the Play button (enabled for a timed file; "Pause" while
+    // playing), the clock, and the Start at and Offset boxes' text.
+    virtual void showPlayState(bool enabled, bool playing) = 0;
+    virtual void setClockText(const std::string& text) = 0;
+    virtual void setPlaybackBoxes(const std::string& startAt, const std::string& offset) = 0;
 };
 
 class TdsInput : public InputFilter {
@@ -76,8 +90,14 @@ class TdsInput : public InputFilter {
     // The window sees every key first, by its code; the menu entries come
     // through here with the code of their key.
     void keyDown(int keyCode);
+    // Play and Pause by turns, for a file with timings.
+    void playPause();
+    // The Start at and Offset boxes changed; text that is no time is ignored.
+    void startAtChanged(const std::string& text);
+    void offsetChanged(const std::string& text);
+    SubtitlePlayer& player() { return m_player; }
 
-    const std::vector<std::string>& captionList() const { return m_captionList; }
+    const std::vector<script::Caption>& captionList() const { return m_script.captions; }
     std::int32_t iNextCaption() const { return m_iNextCaption; }
     bool bFileLoaded() const { return m_bFileLoaded; }
     const std::string& sFilePath() const { return m_sFilePath; }
@@ -93,13 +113,20 @@ class TdsInput : public InputFilter {
     void putOnRows(const std::string& caption);
     void toDisplay();
     void setDisplayed(const std::string& text);
+    int rowsInUse() const;
+    void putOnDeck(std::vector<std::string> lines);
+    void showPlayed(const Rows& rows);
+    void playerMoved();
 
     Tavo& m_tavo;
     TdsView& m_view;
     TextRows m_rows;
     AsciiFilter m_filter{m_rows};
-    std::vector<std::string> m_captionList;
+    script::Script m_script;
     std::int32_t m_iNextCaption = 1;
+    // The fitted rows of a subtitle cue that are still to come on deck.
+    std::vector<std::string> m_cueRest;
+    std::int32_t m_followedCue = 0;  // the next cue that "On Deck:" shows while playing
     bool m_bFileLoaded = false;
     std::string m_sFilePath;
     std::string m_fileName;
@@ -108,6 +135,7 @@ class TdsInput : public InputFilter {
     std::string m_onDeck;
     std::string m_onDeckPane;
     std::string m_displayed;
+    SubtitlePlayer m_player;
 };
 
 }  // namespace zelvan

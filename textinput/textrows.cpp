@@ -116,13 +116,6 @@ void AsciiFilter::reset() {
     bCarry = false;
 }
 
-std::int16_t AsciiFilter::rowLimit() const {
-    // A width of 0 (or below) wraps at every byte: each byte then goes out as
-    // a line of its own, the nearest a serial stream comes to the keyboard's
-    // "every key wraps". Above 31 the row's own limit governs.
-    return std::clamp<std::int16_t>(iWrapWidth, 1, kLastStoredColumn);
-}
-
 std::int16_t AsciiFilter::FilterAscii(const std::string& inString, std::string& outString) {
     outString.clear();
     if (m_rows.bClearRows) {
@@ -140,7 +133,7 @@ std::int16_t AsciiFilter::FilterAscii(const std::string& inString, std::string& 
 
 std::int16_t AsciiFilter::printable(char c, std::string& outString) {
     bLineEnded = false;
-    if (bWrapLongLines && m_rows.iCurCol - 1 >= rowLimit()) return wrap(c, outString);
+    if (bWrapLongLines && m_rows.iCurCol > kLastStoredColumn) return wrap(c, outString);
     if (m_rows.iCurCol <= kLastStoredColumn) {
         m_rows.put(c);
         return 0;
@@ -168,9 +161,8 @@ std::int16_t AsciiFilter::lineEnd(std::string& outString) {
 // wait in the carry until the display has read the line.
 std::int16_t AsciiFilter::wrap(char c, std::string& outString) {
     const std::string text = m_rows.storedText();
-    const std::int16_t limit = rowLimit();
-    const std::int16_t cut =
-        std::min<std::int16_t>(findWrapPoint(text, limit), static_cast<std::int16_t>(text.size()));
+    const std::int16_t cut = std::min<std::int16_t>(findWrapPoint(text, kLastStoredColumn),
+                                                    static_cast<std::int16_t>(text.size()));
     sCarry = text.substr(static_cast<std::size_t>(cut)) + c;
     bCarry = true;
     m_rows.setRow(m_rows.iCurRow, text.substr(0, static_cast<std::size_t>(cut)));

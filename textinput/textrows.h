@@ -67,10 +67,10 @@ bool isWordChar(unsigned char c);
 // LF ends the line; a run of CR and LF bytes, in any order, counts once.
 //
 // A line longer than the row wraps as the keyboard does: when a printable
-// byte finds the row at the wrap width (at most 31 characters, the row's own
-// limit), the row is cut at its last word break, the part before the break
-// goes out as a line, and the rest with the new byte starts the next row once
-// the display has read the line. No byte is lost. With bWrapLongLines down a
+// byte finds the row full (31 characters, the row's own limit), the row is
+// cut at its last word break, the part before the break goes out as a line,
+// and the rest with the new byte starts the next row once the display has
+// read the line. No byte is lost. With bWrapLongLines down a
 // byte beyond column 31 is kept in sCarry alone and the row fills again from
 // the left, its tail staying.
 class AsciiFilter {
@@ -81,10 +81,11 @@ class AsciiFilter {
     std::int16_t FilterAscii(const std::string& inString, std::string& outString);
     // Window creation and load: cursor home, rows blank, flags down.
     void reset();
-    // The width that the wrap width box gives (parseWrapWidth).
+    // The width that the wrap width box gives (parseWrapWidth). It is kept
+    // and shown, but a serial line is never cut before the row is full: the
+    // box may be empty or 0 while the operator retypes it, and a sender's
+    // line that fits the sign must reach it whole.
     void setWrapWidth(std::int16_t width) { iWrapWidth = width; }
-    // How many characters a row holds before a printable byte wraps it.
-    std::int16_t rowLimit() const;
     std::string dump() const;
 
     std::int16_t iWrapWidth = kDefaultWrapWidth;

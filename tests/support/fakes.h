@@ -93,6 +93,7 @@ class CaptionRecorder : public DisplayOutput {
     void hideForm() override {}
     void showStartupBarker(bool) override {}
     void DWErase() override {}
+    std::int16_t rowsInUse() const override { return rows; }
     void doInput(std::int16_t style, const std::string&) override {
         ++calls;
         if (style == kStyleNothing) return;
@@ -105,6 +106,7 @@ class CaptionRecorder : public DisplayOutput {
 
     Tavo& tavo;
     std::function<std::string()> stamp;
+    std::int16_t rows = 3;
     std::vector<std::string> captions;
     long calls = 0;
 };

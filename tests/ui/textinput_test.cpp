@@ -188,5 +188,49 @@ TEST_F(TextWindowTest, CaptionFileDialogMenuButtonsAndKeysReachTheActions) {
     EXPECT_FALSE(window.isVisible());
 }
 
+// Voice tags, cue settings, NOTE and STYLE blocks; two cues overlap.
+constexpr const char* kFilm =
+    "WEBVTT\n\nSTYLE\n::cue { color: yellow }\n\nNOTE timed by hand\n\n"
+    "00:01.000 --> 00:01.600 line:0\n<v Ann>Lights.</v>\n\n"
+    "intro\n00:02.000 --> 00:02.800 align:start\n<v Bob>Camera.\n\n"
+    "00:02.500 --> 00:03.300\nAction!\n\n00:03.600 --> 00:04.000\n\u266A\n";
+
+// The frames of each change arrive on the sign within 50 ms of its cue time,
+// counted from the first; Play starts at the first cue and stops at the end.
+TEST_F(TextWindowTest, ASubtitleFilePlaysOntoTheSignOnTime) {
+    frmInTDS window(tavo, shell);
+    QTemporaryDir dir;
+    const QString path = dir.filePath("film.vtt");
+    std::ofstream(path.toStdString(), std::ios::binary) << kFilm;
+    window.setFileChooser([&](QWidget*, const QString&, const QString&, const QStringList&) {
+        return std::optional<QString>(path);
+    });
+    tavo.frmInTDS = &window;
+    tavo.bInTDS = true;
+    window.showForm();
+    EXPECT_FALSE(window.cmdPlay->isEnabled());
+    window.mnuFileOpen->trigger();
+    window.tbStartAt->setText(QStringLiteral("00:00:01"));
+    sign.take();
+    QElapsedTimer clock;
+    clock.start();
+    window.mnuPlayPause->trigger();
+    std::vector<long long> changes;
+    long long lastByte = -1000;
+    waitFor(
+        [&] {
+            if (sign.take().empty()) return window.cmdPlay->text() == QStringLiteral("Play");
+            if (clock.elapsed() - lastByte > 150) changes.push_back(clock.elapsed());
+            lastByte = clock.elapsed();
+            return false;
+        },
+        8000);
+    const long long cueTimes[] = {0, 600, 1000, 1500, 1800, 2300, 2600, 3000};
+    ASSERT_EQ(changes.size(), std::size(cueTimes));
+    for (std::size_t i = 0; i < changes.size(); ++i)
+        EXPECT_NEAR(changes[i] - changes[0], cueTimes[i], 50) << "change " << i;
+    EXPECT_EQ(window.lblClock->text(), QStringLiteral("00:00:04.0"));
+}
+
 }  // namespace
 }  // namespace zelvan
