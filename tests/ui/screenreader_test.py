@@ -170,14 +170,14 @@ class Program:
         self.process.wait()
 
 
-def in_a_session_of_its_own(binary):
+def in_a_session_of_its_own(binary, script=__file__):
     """Runs the check again inside a bus session bound to a new X server."""
     screen = Screen()
     runtime = tempfile.mkdtemp(prefix="zelvan-run-")
     env = dict(os.environ, DISPLAY=screen.display, XDG_RUNTIME_DIR=runtime, ZELVAN_IN_SESSION="1")
     env.pop("WAYLAND_DISPLAY", None)
     try:
-        return subprocess.call(["dbus-run-session", "--", sys.executable, __file__, binary],
+        return subprocess.call(["dbus-run-session", "--", sys.executable, script, binary],
                                env=env)
     finally:
         screen.end()
