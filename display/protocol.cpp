@@ -74,16 +74,6 @@ void fitToRow(std::string& text, int& column) {
     text = out;
 }
 
-// The width of a text on the sign: its longest line.
-static int widthOf(const std::string& text) {
-    std::size_t widest = 0, run = 0;
-    for (char c : text) {
-        run = (c == '\r' || c == '\n') ? 0 : run + 1;
-        widest = std::max(widest, run);
-    }
-    return static_cast<int>(widest);
-}
-
 void DisplayProtocol::sendControl(ControlFrame frame) {
     sendToPort(fromReadable(controlFrameEntry(frame).literal));
 }
@@ -115,8 +105,9 @@ void DisplayProtocol::writeLine(const std::string& sText, std::int16_t iRow, std
     int column = iCol;
     if (bReverse) {
         reverseString(sText, outText);
-        // A reversed text ends where a plain one would start, counted from the right.
-        column = 34 - widthOf(sText) - iCol;
+        // A reversed text ends where a plain one would start, counted from the
+        // right; its line breaks count as characters.
+        column = 34 - static_cast<int>(sText.size()) - iCol;
     } else {
         outText = sText;
     }
