@@ -1,13 +1,16 @@
 // Drives the line output engine with arbitrary rows, styles and modes, and the
-// readable notation with arbitrary text. Whatever comes in, a frame never
-// carries a column byte below 0x20 or more than 32 characters of text, the
-// engine's counters stay inside its slots, the sign model reads every byte,
-// and the notation gives every byte back.
+// readable notation with arbitrary text. Whatever comes in, every text frame
+// is laid out as the sign expects: a plain text starts in column 1, a reversed
+// one ends in column 32 at the latest and never starts left of column 1, and
+// in sunrise mode each frame goes out four times from column 1. The engine's
+// counters stay inside its slots, the sign model reads every byte, and the
+// notation gives every byte back.
 
 #include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "core/inputfilter.h"
 #include "core/readable.h"
@@ -31,11 +34,42 @@ struct Reader {
     std::uint8_t next() { return pos < size ? data[pos++] : 0; }
 };
 
-void checkFrames(const RecordingDisplayLink& link) {
-    for (const std::string& frame : link.writes) {
-        if (frame.size() < 4 || frame[2] == 0x7F) continue;
-        if (static_cast<unsigned char>(frame[3]) < 0x20) std::abort();
-        if (frame.size() > 4 + 32 + 1) std::abort();
+constexpr int kColumns = 32;
+constexpr int kSunriseRepeats = 4;
+// A sunrise repaint sends some twenty frames. Past a few dozen steps an input
+// only repeats what its first steps did, and slows every run.
+constexpr int kMaxSteps = 24;
+
+int columnOf(const std::string& frame) {
+    return static_cast<unsigned char>(frame[3]) - 0x1F;
+}
+
+// The body is what stands between the column byte and the closing byte. The
+// notation may fold three characters of a row into one byte, never the other
+// way, so a body is at most as long as the text it came from.
+int bodyLength(const std::string& frame) {
+    return static_cast<int>(frame.size()) - 5;
+}
+
+void checkTextFrame(const std::string& frame, const LineOutput& out) {
+    const unsigned char row = static_cast<unsigned char>(frame[2]);
+    if (row < 0x20 || row > 0x22) std::abort();
+    const int column = columnOf(frame);
+    if (column < 1) std::abort();
+    const bool placedByLength = out.bReverse && !out.bSunrise;
+    if (!placedByLength && column != 1) std::abort();
+    if (out.bReverse && column - 1 + bodyLength(frame) > kColumns) std::abort();
+}
+
+void checkFrames(const RecordingDisplayLink& link, const LineOutput& out) {
+    const std::vector<std::string>& frames = link.writes;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const std::string& frame = frames[i];
+        if (frame.size() < 5 || frame[2] == 0x7F) continue;
+        checkTextFrame(frame, out);
+        if (!out.bSunrise) continue;
+        for (int k = 1; k < kSunriseRepeats; ++k)
+            if (i + 1 >= frames.size() || frames[++i] != frame) std::abort();
     }
 }
 
@@ -67,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     out.iLines = static_cast<std::int16_t>(1 + (modes >> 5) % 3);
     out.bFilterOn = true;
 
-    while (in.more()) {
+    for (int step = 0; in.more() && step < kMaxSteps; ++step) {
         const std::uint8_t op = in.next();
         if (op < 0x40) {
             // Set a row to the next bytes, up to 40 of them.
@@ -82,7 +116,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         if (out.iLineCount < 0 || out.iLineCount > 3 || out.iNextRow < 0 || out.iNextRow > 4)
             std::abort();
-        checkFrames(link);
+        checkFrames(link, out);
         sign.feed(link.bytes());
         link.clear();
     }

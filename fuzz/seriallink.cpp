@@ -81,12 +81,16 @@ struct Harness : testing::QuietProgram {
 }  // namespace
 }  // namespace zelvan
 
+// Each open and each close of a port lets up to a thousand events run, so an
+// input reads at most 32 steps: longer ones slowed every run.
+constexpr std::size_t kMaxSteps = 32;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace zelvan;
     if (size < 1) return 0;
     const LinkProfile* profiles[] = {&kL21Link, &kAsciiLink, &kDisplayLink};
     Harness h(*profiles[data[0] % 3]);
-    for (std::size_t i = 1; i + 1 < size; i += 2) {
+    for (std::size_t i = 1; i + 1 < size && i < 2 * kMaxSteps; i += 2) {
         const std::uint8_t op = data[i], arg = data[i + 1];
         if (op & 0x80) {
             // Later, inside whatever wait is running then.

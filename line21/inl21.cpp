@@ -88,9 +88,9 @@ std::string InL21::memoryText(std::int16_t n) const {
     std::string text;
     if (!isBankNumber(n)) return text;
     text.reserve(kRows * (kCols + 2));
-    for (std::int16_t row = 1; row <= kRows; ++row) {
-        text += rowString(n, row);
-        if (row < kRows) text += "\r\n";
+    for (const Row& r : bank(n).rowText) {
+        if (!text.empty()) text += "\r\n";
+        text.append(r.begin(), r.end());
     }
     return text;
 }

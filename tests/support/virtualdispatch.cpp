@@ -31,7 +31,10 @@ class VirtualDispatch::VTimer : public Timer {
     }
 
   private:
-    void rearm() { m_due = m_owner.m_now + m_interval; }
+    void rearm() {
+        m_due = m_owner.m_now + m_interval;
+        if (armed()) m_owner.m_timersFrom = std::min(m_owner.m_timersFrom, m_due);
+    }
 
     VirtualDispatch& m_owner;
     std::function<void()> m_fn;
@@ -57,6 +60,7 @@ std::unique_ptr<Timer> VirtualDispatch::makeTimer(std::function<void()> onFire) 
 
 // Copy: a handler may create or destroy timers. True if any was due.
 bool VirtualDispatch::fireTimersDue() {
+    if (m_now < m_timersFrom) return false;  // the common case, without a scan
     std::vector<VTimer*> due;
     for (VTimer* t : m_timers)
         if (t->armed() && t->due() <= m_now) due.push_back(t);
@@ -64,12 +68,16 @@ bool VirtualDispatch::fireTimersDue() {
         if (std::find(m_timers.begin(), m_timers.end(), t) != m_timers.end() && t->armed() &&
             t->due() <= m_now)
             t->fire();
+    m_timersFrom = nextDeadline();
     return !due.empty();
 }
 
 // Runs what is pending at the current time. Events posted while these run wait
 // for the next yield, as in a real event loop.
 bool VirtualDispatch::runDue() {
+    // Most yields find nothing to run; they cost no allocation then.
+    if (m_posted.empty() && (m_scheduled.empty() || m_scheduled.begin()->first > m_now))
+        return fireTimersDue();
     std::deque<std::function<void()>> batch;
     batch.swap(m_posted);
     while (!m_scheduled.empty() && m_scheduled.begin()->first <= m_now) {

@@ -44,6 +44,7 @@ class VirtualDispatch : public EventDispatch {
     std::deque<std::function<void()>> m_posted;
     std::multimap<long long, std::function<void()>> m_scheduled;  // equal times keep their order
     std::vector<VTimer*> m_timers;
+    long long m_timersFrom = 0;  // no armed timer is due before this time
 };
 
 }  // namespace zelvan
