@@ -30,14 +30,11 @@ TEST(Codepage, EveryByteRoundTripsAndTheRestBecomesAQuestionMark) {
     EXPECT_EQ(fromReadable(toReadable(all)), all);
 }
 
-TEST(Readable, OnlyPrintableAsciiStandsAsItIs) {
+TEST(Readable, OnlyPrintableAsciiStandsAsItIsAndAnEscapeReadsUpToTwoHexDigits) {
     EXPECT_EQ(toReadable(" AZaz~"), " AZaz~");
     EXPECT_EQ(toReadable(bytes({0x00, 0x0D, 0x1F, 0x7F, 0xFB, 0x95, 0xFF})),
               esc("^00^0D^1F^7F^FB^95^FF"));
-}
-
-// Hex digits up to the first non-digit (none reads 0); two characters go either way.
-TEST(Readable, EscapeReadsHexDigitsUpToTheFirstNonDigitAndSwallowsTwo) {
+    // Hex digits up to the first non-digit (none reads 0); two characters go either way.
     EXPECT_EQ(fromReadable(esc("x^7Fy^7f")), bytes({'x', 0x7F, 'y', 0x7F}));
     EXPECT_EQ(fromReadable(esc("^7FE")), bytes({0x7F, 'E'}));
     EXPECT_EQ(fromReadable(esc("^")), bytes({0x00}));

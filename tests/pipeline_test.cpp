@@ -11,8 +11,6 @@ namespace zelvan {
 namespace {
 
 using testing::FakeFilter;
-using testing::Log;
-using testing::Rig;
 
 struct BoardFilter : FakeFilter {
     using FakeFilter::FakeFilter;
@@ -21,7 +19,7 @@ struct BoardFilter : FakeFilter {
 };
 
 struct PipelineTest : ::testing::Test {
-    Rig rig;
+    testing::Rig rig;
     Tavo& tavo = rig.tavo;
     MainConsole& console = rig.console();
     FakeFilter* filter = nullptr;
@@ -144,10 +142,8 @@ TEST_F(PipelineTest, FiltersThatCaptureInShowFormAreFedByTheirOwnLoop) {
     EXPECT_EQ(made[FilterKind::L21Serial]->received, "serial");
     rig.log.clear();
     console.select(FilterKind::Ascii);
-    EXPECT_EQ(rig.log, (Log{"L21Serial.hideForm", "Ascii.showForm"}));
-    EXPECT_TRUE(tavo.bInAscii);
-    EXPECT_FALSE(tavo.bInL21Serial);
-    EXPECT_EQ(tavo.frmL21Serial, nullptr);
+    EXPECT_EQ(rig.log, (testing::Log{"L21Serial.hideForm", "Ascii.showForm"}));
+    EXPECT_TRUE(tavo.bInAscii && !tavo.bInL21Serial && !tavo.frmL21Serial);
 }
 
 }  // namespace
