@@ -71,8 +71,7 @@ TEST_F(ConsoleTest, ShowFormRunsTheFilterUntilOpenClosesItAndHideFormLowersTheFl
     EXPECT_EQ(view.boxes, (std::array<bool, kConsoleBoxes>{true, true, true, true, false, false}));
     EXPECT_EQ(view.filter, std::string(kCaptionStopFilter) + "/255");
     console.cmdPortOutOpen_Click();
-    EXPECT_FALSE(console.isPortOpen());
-    EXPECT_FALSE(console.engine().bFilterOn);
+    EXPECT_FALSE(console.isPortOpen() || console.engine().bFilterOn);
     EXPECT_EQ(view.filter, std::string(kCaptionStartFilter) + "/0");
     EXPECT_TRUE(rig.tone.tones.empty());  // a plain close says nothing
 

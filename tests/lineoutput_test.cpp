@@ -119,8 +119,7 @@ TEST_F(LineOutputTest, ClosedPortOrStoppedFilterDropsCaptionsAndNothingComesLate
     for (int i = 0; i < 3; ++i) input(kStyleLineEnded);  // the slots come round again
     link.open = true;
     input(kStyleNothing);  // nothing is sent late
-    EXPECT_TRUE(link.writes.empty());
-    EXPECT_TRUE(link.notices.empty());
+    EXPECT_TRUE(link.writes.empty() && link.notices.empty());
     EXPECT_EQ(pending.back(), "a\r\nb\r\nc");
 }
 

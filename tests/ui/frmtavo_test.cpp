@@ -95,8 +95,8 @@ TEST(Shell, HelpPagesDecoderEntryWindowRolesAndAClosedInputComingBack) {
     shell.showHelp();
     ASSERT_NE(first, nullptr);
     EXPECT_NE(shell.lastHelp(), first);
-    EXPECT_TRUE(first->isVisible());
-    EXPECT_TRUE(shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
+    EXPECT_TRUE(first->isVisible() &&
+                shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
 
     shell.showMainWindow(rig.tavo);
     const std::unique_ptr<frmTavo> window(shell.mainWindow());
@@ -127,8 +127,7 @@ TEST(Shell, HelpPagesDecoderEntryWindowRolesAndAClosedInputComingBack) {
     Tavo again{rig.dispatch, rig.store, rig.tone};
     restarted.showMainWindow(again);
     const std::unique_ptr<frmTavo> second(restarted.mainWindow());
-    EXPECT_TRUE(restarted.decoder().EdmKeepsPosition);
-    EXPECT_TRUE(entry(restarted)->isChecked());
+    EXPECT_TRUE(restarted.decoder().EdmKeepsPosition && entry(restarted)->isChecked());
 }
 
 struct HelpPages : ::testing::Test {
@@ -228,7 +227,7 @@ TEST_F(MainWindowTest, HelpPagesQuoteCaptionsOfTheirWindows) {
 }
 
 // The label reloads the file into the one window; a broken file leaves it up.
-TEST_F(MainWindowTest, ControlCodeReference) {
+TEST_F(MainWindowTest, ControlCodeReferenceAndPreferences) {
     QTemporaryDir dir;
     const QString before = QDir::currentPath();
     QDir::setCurrent(dir.path());
@@ -255,10 +254,8 @@ TEST_F(MainWindowTest, ControlCodeReference) {
                     Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(ref->pane()->viewport(), &dbl);
     ASSERT_TRUE(waitFor([&] { return window.ansiWindow() == nullptr; }));
-}
 
-// One window: Escape drops it unapplied, OK applies and closes.
-TEST_F(MainWindowTest, Preferences) {
+    // Preferences, one window: Escape drops it unapplied, OK applies and closes.
     window.mnuFilePrefs_Click();
     frmTavoPrefs* prefs = window.prefsWindow();
     window.mnuFilePrefs_Click();

@@ -135,8 +135,7 @@ TEST_F(QtPortTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
     QFile::remove(QString::fromStdString(alias));
     ASSERT_TRUE(waitFor([&] { return !view.alerts.empty(); }));
     EXPECT_FALSE(link.isPortOpen());
-    EXPECT_TRUE(waitFor([&] { return view.openCaption == "Open"; }));
-    EXPECT_TRUE(tavo.bStopCapture);
+    EXPECT_TRUE(waitFor([&] { return view.openCaption == "Open"; }) && tavo.bStopCapture);
 
     // Left alone now, the program must idle, not chase the dead device.
     const std::clock_t before = std::clock();  // processor time, all threads
