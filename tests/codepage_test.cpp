@@ -17,7 +17,7 @@ using testing::esc;
 
 // Every byte survives the trip through Unicode; the euro, the music note's
 // bullet and the escape set the page apart from Latin-1.
-TEST(Codepage, EveryByteRoundTripsAndTheRestBecomesAQuestionMark) {
+TEST(Codepage, EveryByteRoundTripsThroughUnicodeAndTheReadableNotation) {
     std::string all;
     for (int b = 0; b < 256; ++b) {
         EXPECT_EQ(fromUnicode(toUnicode(static_cast<std::uint8_t>(b))), b) << b;
@@ -28,16 +28,11 @@ TEST(Codepage, EveryByteRoundTripsAndTheRestBecomesAQuestionMark) {
     EXPECT_EQ(fromUnicode(U'\u4E2D'), std::nullopt);
     EXPECT_EQ(fromUtf8("a\u4E2Db"), "a?b");
     EXPECT_EQ(fromReadable(toReadable(all)), all);
-}
-
-TEST(Readable, OnlyPrintableAsciiStandsAsItIs) {
+    // In the readable notation only printable ASCII stands as it is.
     EXPECT_EQ(toReadable(" AZaz~"), " AZaz~");
     EXPECT_EQ(toReadable(bytes({0x00, 0x0D, 0x1F, 0x7F, 0xFB, 0x95, 0xFF})),
               esc("^00^0D^1F^7F^FB^95^FF"));
-}
-
-// Hex digits up to the first non-digit (none reads 0); two characters go either way.
-TEST(Readable, EscapeReadsHexDigitsUpToTheFirstNonDigitAndSwallowsTwo) {
+    // Hex digits up to the first non-digit (none reads 0); two characters go either way.
     EXPECT_EQ(fromReadable(esc("x^7Fy^7f")), bytes({'x', 0x7F, 'y', 0x7F}));
     EXPECT_EQ(fromReadable(esc("^7FE")), bytes({0x7F, 'E'}));
     EXPECT_EQ(fromReadable(esc("^")), bytes({0x00}));

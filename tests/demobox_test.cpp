@@ -15,7 +15,7 @@ using std::chrono::milliseconds;
 
 // Frames 0 and 30 are a second apart at 29.97 frames a second, half that at
 // 2x; a player stops after the last word, or starts over after a pause.
-TEST(DemoBox, PlaysOnceOrLoopsAfterAPause) {
+TEST(DemoBox, PlaysOnceOrLoopsAndReportsEachCaptionOnceTheSignStandsStill) {
     const std::vector<SccTimedWord> schedule{{0, 0x9420}, {30, 0xC845}};
     const Clock::time_point t0{}, lastWord = t0 + milliseconds(501);
     for (const bool loop : {false, true}) {
@@ -28,14 +28,11 @@ TEST(DemoBox, PlaysOnceOrLoopsAfterAPause) {
                   loop ? bytes({0x14, 0x20}) : "");
         EXPECT_EQ(player.finished(), !loop);
     }
-}
 
-// A caption is reported once the sign stands still, as the reflector reads it.
-TEST(DemoBox, ReportsEachCaptionOnceTheSignStandsStillAsTheReflectorReadsIt) {
+    // A caption is reported once the sign stands still, as the reflector reads it.
     RecordingDisplayLink link;
     DisplayProtocol sign{link};
     CaptionWatch watch;
-    const Clock::time_point t0{};
     const auto show = [&](int ms) {
         watch.take(link.bytes(), t0 + milliseconds(ms));
         link.clear();

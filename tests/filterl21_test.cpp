@@ -1,6 +1,4 @@
-// The line-21 decoder, by behaviour: the caption modes, the channel gate,
-// repeated pairs, byte assembly, the write position at its limits and the
-// character tables; and the caption memory's banks and row readers.
+// The line-21 decoder by behaviour, and the caption memory's banks and row readers.
 
 #include <gtest/gtest.h>
 
@@ -54,10 +52,8 @@ TEST_F(DecoderTest, PopOnLoadsOffScreenAndWritesOnInTheBankOnShow) {
         << "no RCL: writing goes on in the bank now on show";
     EXPECT_EQ(feed(kRCL + kENM + kEOC), 1);
     EXPECT_TRUE(blank(m.iDM)) << "a flip of an emptied bank blanks the display";
-}
-
-TEST_F(DecoderTest, TextBeforeAnyPreambleStartsAtRow1Column1) {
-    feed(kRCL + "AB");
+    m.initL21();
+    feed(kRCL + "AB");  // text before any preamble starts at row 1, column 1
     EXPECT_EQ(row(m.iNM, 1), "AB");
     EXPECT_NE(m.dump().find("bank 2 (NM):\n 1|AB"), std::string::npos) << m.dump();
 }
@@ -152,12 +148,10 @@ TEST_F(DecoderTest, PairsAreFoundByTheirFirstByteOnly) {
     EXPECT_TRUE(blank(m.iDM)) << "an empty call still runs the pending erase";
 }
 
-// Each case starts pop-on at row 1, column `col`, dots before it: text past
-// column 32 piles up there, a tab moves 1 to 3 columns up to 32, a backspace
-// stops at column 1, a mid-row code writes a blank, and an extended character
-// replaces the fallback before it, even one piled up on column 32. A row code
-// picks the upper or lower row by its second byte and indents 1, 5 ... 29 with
-// the low (underline) bit ignored; codes with no row leave the position alone.
+// Pop-on from row 1, column `col`: text past column 32 piles up there, a tab
+// moves up to 32, a backspace stops at 1, a mid-row code writes a blank, an
+// extended character replaces the fallback before it. A row code picks its row
+// and indent (underline bit ignored); codes with no row leave the position.
 TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
     const std::string dots30(30, '.');
     const struct {
@@ -193,9 +187,8 @@ TEST_F(DecoderTest, WritePositionStaysWithinTheRow) {
     }
 }
 
-// Both ends of each two-byte table against the characters the codes stand for
-// (as Unicode), so a shifted table fails; text bytes are stored as they are
-// but for nine substitutions.
+// Both ends of each two-byte table, so a shifted one fails; text bytes are
+// stored as they are but for nine substitutions.
 TEST_F(DecoderTest, CharactersLandAsTheirCodesSay) {
     const std::tuple<int, int, char32_t> cases[] = {
         {0x11, 0x30, U'\u00AE'}, {0x11, 0x37, U'\u2022'}, {0x11, 0x3F, U'\u00FB'},
@@ -216,8 +209,7 @@ TEST_F(DecoderTest, CharactersLandAsTheirCodesSay) {
 
 // Fill patterns belong to bank numbers and flips swap the roles; init blanks
 // both banks and leaves the channel alone.
-TEST(CaptionMemory, PatternsFlipsAndInit) {
-    InL21 m;
+TEST_F(DecoderTest, CaptionMemoryPatternsFlipsAndInit) {
     m.fillMemory(m.iDM);
     m.flipMemory();
     m.fillMemory(m.iDM);

@@ -57,9 +57,7 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     // Unwrapped, a full row refills from the left and its tail stays.
     filter.bWrapLongLines = false;
     EXPECT_EQ(feed(std::string(31, 'a') + "XYZ\r"), "YZ" + std::string(29, 'a') + "|");
-}
-
-TEST(WrapWidthText, TakesTheNumberAtTheStartRoundedToEven) {
+    // The width box's text: the number at its start, halves rounded to even.
     EXPECT_EQ(parseWrapWidth(" 12abc"), 12);
     EXPECT_EQ(parseWrapWidth("2e1"), 20);
     EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
@@ -132,9 +130,18 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
     }
 }
 
-// Keys typed before a sent line's CR is drained start the next line in order.
-TEST_F(KeyInputTest, LinesGoOutInTheOrderTyped) {
-    type("Hello world\r\r");  // an empty line still sends
+// The window greets with a notice for five seconds and captures. Keys typed
+// before a sent line's CR is drained start the next line in order.
+TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
+    rig.dispatch.postAt(4999,
+                        [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
+    rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
+    rig.dispatch.postAt(7000, [&] { rig.tavo.stopCapture(); });
+    rig.console();
+    input.showForm();
+    EXPECT_EQ(view.widthText, "32");
+    EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
+    type("Hello world\r\r");               // an empty line still sends
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:"}));
     input.tbWrapWidth_Change("10");
     display.captions.clear();
@@ -157,17 +164,6 @@ TEST_F(KeyInputTest, LinesGoOutInTheOrderTyped) {
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "c");
     EXPECT_EQ(view.line, "Q") << "the carry goes on the input line at the CR";
-}
-
-TEST_F(KeyInputTest, ShowFormGreetsWithANoticeForFiveSecondsAndCaptures) {
-    rig.dispatch.postAt(4999,
-                        [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
-    rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
-    rig.dispatch.postAt(7000, [&] { rig.tavo.stopCapture(); });
-    rig.console();
-    input.showForm();
-    EXPECT_EQ(view.widthText, "32");
-    EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
-// The timecode board window over a scripted board library: naming the boards,
-// the setup, the words of a poll and its share of the ring. Then the simulated
-// board on virtual time, register by register; the program plays it to the
-// sign in boardendtoend_test.
+// The timecode board window over a scripted board library, then the simulated
+// board on virtual time, register by register.
 
 #include <gtest/gtest.h>
 
@@ -85,7 +83,7 @@ TEST_F(BoardInput, APciBoardIsSetUpAtLoadWhenItAsks) {
     EXPECT_EQ(lib.log, Log{"r1 8@CC00"});
 }
 
-TEST_F(BoardInput, APollTakesValidWordsInRegisterOrderWithoutParity) {
+TEST_F(BoardInput, APollTakesValidWordsInOrderWithoutParityWhenTheRingHasRoom) {
     pciBoardWith({word(0xC8, 0xE5), word(0xEC, 0xEC), word(0xEF, 0x20), word(0xD9, 0x2C)});
     EXPECT_EQ(input->readCaptionData(0xCC00), "Hello Y,");
     EXPECT_EQ(lib.log.back(), "w1 2F=0@CC00") << "the poll closed after its words";
@@ -104,9 +102,8 @@ TEST_F(BoardInput, APollTakesValidWordsInRegisterOrderWithoutParity) {
     lib.log.clear();
     EXPECT_EQ(input->readCaptionData(0xCC00), "");
     EXPECT_EQ(lib.log, Log{"r1 FE@CC00"});
-}
 
-TEST_F(BoardInput, APollQueuesItsBytesOnlyWhenTheRingHasRoomForAWholePoll) {
+    // Its bytes are queued only when the ring has room for a whole poll.
     pciBoardWith({word(0x41, 0x42), word(0x43, 0x44), word(0x45, 0x46), word(0x47, 0x48)});
     rig.tavo.rawQueueIn = 1017;  // room for 7 bytes
     input->readBoard();
@@ -119,7 +116,7 @@ TEST_F(BoardInput, APollQueuesItsBytesOnlyWhenTheRingHasRoomForAWholePoll) {
 }
 
 // The test buttons change the memory only; "Show" redraws a pane.
-TEST_F(BoardInput, TestButtonsActOnTheCaptionMemoryAndShowRedrawsThePanes) {
+TEST_F(BoardInput, TestButtonsShowAndTheFlushTimerOfTheWindowInUse) {
     load();
     using I = L21BoardInput;
     const std::pair<void (I::*)(), const char*> steps[] = {
@@ -132,12 +129,8 @@ TEST_F(BoardInput, TestButtonsActOnTheCaptionMemoryAndShowRedrawsThePanes) {
         input->cmdShowNM_Click();
         EXPECT_EQ(std::string({view.dm.at(0), view.nm.at(0)}), panes);
     }
-}
-
-// A CR arms the flush timer of the window in use: 5 s on it queues a CR pair.
-// Hiding the window stops the timer and the capture.
-TEST_F(BoardInput, TheFlushTimerQueuesACrPairUntilTheWindowIsHidden) {
-    load();
+    // A CR arms the flush timer of the window in use: 5 s on it queues a CR pair.
+    // Hiding the window stops the timer and the capture.
     input->showForm();
     memory.restartFlushTimer();
     rig.dispatch.advance(5000);
@@ -198,9 +191,8 @@ TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
         store.set("Board", "Address", text);
         EXPECT_EQ(readBoardSettings(store).address, 0xCC00) << text;
     }
-    store.set("Board", "Address", "0X2A0");
-    store.set("Board", "Loop", "True");
-    store.set("Board", "Model", "3");
+    for (auto [key, text] : {std::pair{"Address", "0X2A0"}, {"Loop", "True"}, {"Model", "3"}})
+        store.set("Board", key, text);
     settings = readBoardSettings(store);
     EXPECT_TRUE(settings.loop);
     const std::pair<const char*, int> cases[] = {{"/nonexistent.scc", 0},
@@ -220,7 +212,7 @@ TEST_F(SimBoard, ItAnswersOnlyWithAReadableRecordingAndAtTheAddressSet) {
     EXPECT_EQ(std::string({static_cast<char>(read1(0x06)), static_cast<char>(read1(0x07))}), "A1");
 }
 
-TEST_F(SimBoard, WordsLeaveAtTheirTimecodesPaceFromTheSetupOn) {
+TEST_F(SimBoard, WordsLeaveAtTheirTimecodesPaceAndALatePollLosesNone) {
     now = 5000;  // the setup starts the recording, not the clock's zero
     play(scc("00:00:10;00\t9420 9420\n00:10:00;00\t942f\n"));
     EXPECT_EQ(wordsBy(5000).size(), 1u);
@@ -229,9 +221,9 @@ TEST_F(SimBoard, WordsLeaveAtTheirTimecodesPaceFromTheSetupOn) {
     // 00:10:00;00 is 17682 frames on, counted drop-frame: 589989.4 ms.
     EXPECT_EQ(wordsBy(5000 + 589989).size(), 0u);
     EXPECT_EQ(wordsBy(5000 + 589990).size(), 1u);
-}
 
-TEST_F(SimBoard, ALatePollLosesNoWordAndParityStaysInBits7And15) {
+    // A late poll loses no word; parity stays in bits 7 and 15.
+    now = 0;
     const SccRecording rec = testing::sample("popon-short.scc");
     play(rec);
     std::vector<std::uint32_t> want;

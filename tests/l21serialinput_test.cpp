@@ -1,5 +1,4 @@
-// The line-21 serial window over a fake port on virtual time: opening and
-// capturing, the flush timer, a selection made while capturing; then recorded
+// The line-21 serial window over a fake port on virtual time, then recorded
 // caption streams through the capture path, the SCC reader included.
 
 #include <gtest/gtest-spi.h>
@@ -18,8 +17,6 @@
 namespace zelvan {
 namespace {
 
-using testing::Log;
-using testing::Rig;
 using testing::sample;
 using Captions = std::vector<std::string>;
 
@@ -30,7 +27,7 @@ const std::string kRollUpStart = "\x14\x25\x14\x25\x14\x70\x14\x70";
 const std::string kCR = "\x14\x2D\x14\x2D";
 
 struct L21SerialTest : ::testing::Test {
-    Rig rig;
+    testing::Rig rig;
     Tavo& tavo = rig.tavo;
     FakeSerialPort port{rig.dispatch};
     InL21 memory;
@@ -53,9 +50,6 @@ struct L21SerialTest : ::testing::Test {
     }
     void deliverAt(long long ms, const std::string& bytes) {
         rig.dispatch.postAt(ms, [this, bytes] { port.deliver(bytes); });
-    }
-    void closeAt(long long ms) {
-        rig.dispatch.postAt(ms, [this] { input->cmdPortOpen_Click(); });
     }
     // A recording's bytes, each timecode's drained before the next as the capture
     // loop would between two receive events; the captions the display reads.
@@ -87,8 +81,8 @@ TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays)
     port.failNextOpen("No such file or directory");
     view.calls.clear();
     select();  // returns: no capture loop to stay in
-    EXPECT_EQ(view.calls, (Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
-                               "box:Couldn't open port.|No such file or directory"}));
+    EXPECT_EQ(view.calls, (testing::Log{"place", "setup:1:9600,o,7,1", "channel:0", "show",
+                                        "box:Couldn't open port.|No such file or directory"}));
     EXPECT_EQ(memory.iChannel, 0);
     EXPECT_EQ(markers("START CAPTURE"), 0);
     EXPECT_TRUE(view.visible);
@@ -110,7 +104,7 @@ TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop)
     rig.dispatch.postAt(50, [this] { EXPECT_EQ(view.openCaption, kCaptionClose); });
     deliverAt(100, testing::popOnCaption("Hi").substr(0, 9));
     deliverAt(200, testing::popOnCaption("Hi").substr(9));
-    closeAt(1000);
+    rig.dispatch.postAt(1000, [this] { input->cmdPortOpen_Click(); });
     select();  // returns when the close stops capture
     EXPECT_NE(view.dm.find("Hi"), std::string::npos);
     EXPECT_EQ(display.captions, (std::vector<std::string>{"200:1: 15[Hi]"}));
@@ -130,7 +124,7 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     rig.dispatch.postAt(11500, [&] { EXPECT_NE(view.dm.find("CD"), std::string::npos); });
     std::string memoryOnceSilent;
     rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
-    closeAt(60000);
+    rig.dispatch.postAt(60000, [this] { input->cmdPortOpen_Click(); });
     select();
     EXPECT_EQ(display.captions,
               (std::vector<std::string>{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
@@ -151,7 +145,7 @@ TEST_F(L21SerialTest, FlushPairOnAFullRingLosesNoByteOfABurst) {
         rig.dispatch.advance(5000);
     });
     deliverAt(7000, burst.substr(kRawQueueSize - 2));
-    closeAt(9000);
+    rig.dispatch.postAt(9000, [this] { input->cmdPortOpen_Click(); });
     select();
     EXPECT_NE(rig.shell.view.raw.text().find(burst), std::string::npos);
 }
@@ -176,7 +170,7 @@ TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {
     EXPECT_EQ(tavo.totalChars, counted);
 }
 
-TEST_F(L21SerialTest, RecordedRollUpLinesEndAtEachCrOnRow15) {
+TEST_F(L21SerialTest, RecordedRollUpLinesEndAtEachCrAndPaintOnChangesRowsInPlace) {
     const Captions& c = play("rollup-mixed-rows.scc");
     ASSERT_EQ(c.size(), 16u);
     EXPECT_EQ(c[0], "3:") << "a CR before any text ends an empty line";
@@ -186,9 +180,7 @@ TEST_F(L21SerialTest, RecordedRollUpLinesEndAtEachCrOnRow15) {
     // replacing the one before
     EXPECT_EQ(c[9], "3: 15[\xA1]");
     EXPECT_EQ(c[15], "3: 15[And wildlife.]");
-}
-
-TEST_F(L21SerialTest, RecordedPaintOnChangesRowsInPlaceWithoutAStyle) {
+    // Paint-on changes rows in place, without a style.
     EXPECT_TRUE(play("painton.scc").empty());
     EXPECT_EQ(tavo.getExternalText(14), "    Pellentesque interdum lacin.");
     EXPECT_EQ(tavo.getExternalText(15), "    Integer luctus et ligula ac.");
@@ -208,7 +200,7 @@ TEST_F(L21SerialTest, RecordedNewsBroadcastLosesNoCaptionWhateverTheEdmSetting) 
 }
 
 // Parity and padding are checked by the recordings above and the board tests.
-TEST(SccReader, NamesBadLinesAndSendsAWordAFrameDelayingWhatOverlaps) {
+TEST(SccReader, NamesBadLinesCountsFramesAndSendsAWordAFrame) {
     std::istringstream in(
         "Scenarist_SCC V1.0\n\n00:00:10:00\t9420 c845 8080\r\n00:00:10:01\t94ad\n"
         "00:00:02:00\t94zz\n00:61:00:00\t9420\n00:00:11:00\t5555\n");
@@ -221,10 +213,7 @@ TEST(SccReader, NamesBadLinesAndSendsAWordAFrameDelayingWhatOverlaps) {
     EXPECT_EQ(readSccFile("/nonexistent.scc").errors,
               std::vector<std::string>{"can't read /nonexistent.scc"});
     EXPECT_NONFATAL_FAILURE(sample("absent.scc"), "absent.scc");
-}
-
-// Drop-frame labels (';' or '.') skip frames 0 and 1 of each minute but every tenth.
-TEST(SccReader, TimecodesCountFramesAndAnythingElseIsNoTimecode) {
+    // Drop-frame labels (';' or '.') skip frames 0 and 1 of each minute but every tenth.
     const std::pair<const char*, long> cases[] = {
         {"00:59:59:29", 107999}, {"01:00:00;00", 107892}, {"00:01:00;02", 1800},
         {"00:10:00.00", 17982},  {"00:60:00:00", -1},     {"00:00:60:00", -1},

@@ -68,7 +68,7 @@ TEST_F(LineOutputTest, StyleNothingSendsNothingWhilePendingFollowsTheRows) {
                               "HELLO\r\nWOR"}));
 }
 
-TEST_F(LineOutputTest, RowsAreSqueezedFromTheFifteenAndPaintedBetweenDimAndBright) {
+TEST_F(LineOutputTest, RowsAreSqueezedFromTheFifteenOrRolledOntoTheBottomRow) {
     out.iLines = 2;
     setRows({{2, "one"}, {4, "two"}, {6, "three"}});
     input(kStyleRows);
@@ -78,10 +78,7 @@ TEST_F(LineOutputTest, RowsAreSqueezedFromTheFifteenAndPaintedBetweenDimAndBrigh
     input(kStyleRows);
     EXPECT_EQ(sentSinceLast(), (Names{"clear 1", "clear 2"}));
     EXPECT_EQ(out.sLines[2], "two");  // slots above the count keep their text
-}
-
-TEST_F(LineOutputTest, PlainLineEndRollsEachRowOntoTheBottomRowInUse) {
-    out.iLines = 2;
+    // A plain line end rolls each row onto the bottom row in use.
     setRows({{14, "first"}, {15, "second"}});
     input(kStyleLineEnded);
     setRows({});
@@ -122,8 +119,7 @@ TEST_F(LineOutputTest, ClosedPortOrStoppedFilterDropsCaptionsAndNothingComesLate
     for (int i = 0; i < 3; ++i) input(kStyleLineEnded);  // the slots come round again
     link.open = true;
     input(kStyleNothing);  // nothing is sent late
-    EXPECT_TRUE(link.writes.empty());
-    EXPECT_TRUE(link.notices.empty());
+    EXPECT_TRUE(link.writes.empty() && link.notices.empty());
     EXPECT_EQ(pending.back(), "a\r\nb\r\nc");
 }
 

@@ -7,7 +7,7 @@
 namespace zelvan {
 namespace {
 
-TEST(ObfuscateTest, StepsRunInOrderOnTheResultOfTheStepBefore) {
+TEST(ObfuscateTest, StepsRunInOrderAndThePreferencesPickTheList) {
     EXPECT_EQ(obfuscateType0("Three little rabbits."), "Dwee wittwe wabbits.");
     EXPECT_EQ(obfuscateType0("the end. with them"), "de end. wif dem");
     EXPECT_EQ(obfuscateType0("bath time, a moth"), "baf time, a mod");
@@ -16,9 +16,7 @@ TEST(ObfuscateTest, StepsRunInOrderOnTheResultOfTheStepBefore) {
     EXPECT_EQ(obfuscateType0("The moon. Thanks"), "De moon, uh-hah-hah-hah.  Danks");
     // A replacement isn't searched again: each "n." grows the row by 17.
     EXPECT_EQ(obfuscateType0("n.n.").size(), 4u + 2 * 17);
-}
-
-TEST(ObfuscateTest, PreferencesPickTheList) {
+    // The preferences pick the list.
     EXPECT_EQ(obfuscateText("rabbit", false, 1), "rabbit");
     EXPECT_EQ(obfuscateText("SON.", true, 1), "SON, uh-hah-hah-hah. ");
     for (std::int16_t type : {0, 2, -1})

@@ -11,8 +11,6 @@ namespace zelvan {
 namespace {
 
 using testing::FakeFilter;
-using testing::Log;
-using testing::Rig;
 
 struct BoardFilter : FakeFilter {
     using FakeFilter::FakeFilter;
@@ -21,7 +19,7 @@ struct BoardFilter : FakeFilter {
 };
 
 struct PipelineTest : ::testing::Test {
-    Rig rig;
+    testing::Rig rig;
     Tavo& tavo = rig.tavo;
     MainConsole& console = rig.console();
     FakeFilter* filter = nullptr;
@@ -39,7 +37,7 @@ struct PipelineTest : ::testing::Test {
 
 // A null byte ends the turn and the bytes behind it wait; control bytes show
 // red in the read pane; order holds across the end of the ring.
-TEST_F(PipelineTest, DrainShowsCountsAndPassesBytesInOrderUntilANull) {
+TEST_F(PipelineTest, DrainShowsCountsAndPassesBytesInOrderUntilANullAndPanesClear) {
     console.chkOutDW_Click(1);
     filter->styleFor = [](char c) -> std::int16_t {
         return c == '\r' ? kStyleLineEnded : kStyleNothing;
@@ -62,12 +60,10 @@ TEST_F(PipelineTest, DrainShowsCountsAndPassesBytesInOrderUntilANull) {
     EXPECT_EQ(rig.shell.display->styles.size(), 8u) << "output closed: filtered, result dropped";
     tavo.bInAscii = false;
     EXPECT_EQ(tavo.getExternalText(1), "");
-}
 
-// A pane clears at the byte after it passed 30000; the raw one resets the count.
-TEST_F(PipelineTest, EachPaneClearsPastThirtyThousandAtTheNextByte) {
-    rig.view().raw.insertText(std::string(30000, 'r'));
-    rig.view().read.insertText(std::string(30000, 'd'));
+    // A pane clears at the byte after it passed 30000; the raw one resets the count.
+    rig.view().raw.insertText(std::string(30000 - rig.view().raw.length(), 'r'));
+    rig.view().read.insertText(std::string(30000 - rig.view().read.length(), 'd'));
     drained("a");
     EXPECT_EQ(rig.view().raw.length() + rig.view().read.length(), 2 * 30001);
     drained("b");
@@ -144,10 +140,8 @@ TEST_F(PipelineTest, FiltersThatCaptureInShowFormAreFedByTheirOwnLoop) {
     EXPECT_EQ(made[FilterKind::L21Serial]->received, "serial");
     rig.log.clear();
     console.select(FilterKind::Ascii);
-    EXPECT_EQ(rig.log, (Log{"L21Serial.hideForm", "Ascii.showForm"}));
-    EXPECT_TRUE(tavo.bInAscii);
-    EXPECT_FALSE(tavo.bInL21Serial);
-    EXPECT_EQ(tavo.frmL21Serial, nullptr);
+    EXPECT_EQ(rig.log, (testing::Log{"L21Serial.hideForm", "Ascii.showForm"}));
+    EXPECT_TRUE(tavo.bInAscii && !tavo.bInL21Serial && !tavo.frmL21Serial);
 }
 
 }  // namespace

@@ -50,12 +50,6 @@ TEST_F(ProtocolTest, RowGoesOutPlainOrReversedToEndInColumn32) {
                                    textFrame(3, 1, "  A\x7F"), textFrame(3, 1, "ABC")}));
 }
 
-TEST_F(ProtocolTest, SunriseSendsFourFramesPaddedFromColumn1) {
-    out.bSunrise = true;
-    out.writeLine("AB", 2, 1);
-    EXPECT_EQ(link.writes, Writes(4, textFrame(2, 1, std::string(30, ' ') + "BA")));
-}
-
 // Nothing is cut but what a reversed text would put left of column 1: a
 // longer row goes out whole with its column, and the sign shows what lands on
 // it, the first 32 characters either way. A start right of the row stays too.
@@ -81,6 +75,10 @@ TEST_F(ProtocolTest, LongRowGoesOutWholeUnlessReversedPastColumn1) {
     out.writeLine("AB", 1, 40);
     EXPECT_EQ(link.writes,
               (Writes{textFrame(2, 1, "\n\r" + std::string(30, 'a')), textFrame(1, 40, "AB")}));
+    link.clear();  // Sunrise sends four frames, padded from column 1
+    out.bReverse = out.bSunrise = true;
+    out.writeLine("AB", 2, 1);
+    EXPECT_EQ(link.writes, Writes(4, textFrame(2, 1, std::string(30, ' ') + "BA")));
 }
 
 TEST_F(ProtocolTest, EraseClearsTheRowsInUseOrWritesBlanksUnderSunrise) {

@@ -32,14 +32,15 @@ struct LinkTest : ::testing::Test {
 // Text that is no whole number keeps the default; only the decoder link
 // keeps its stop bits.
 TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
-    rig.store.set("L21Port", "port", "3");
-    rig.store.set("L21Port", "baud", "fast");
-    rig.store.set("L21Port", "parity", std::to_string(parity::kEven));
-    rig.store.set("L21Port", "databits", "8x");
-    rig.store.set("L21Port", "stopbits", std::to_string(stopbits::kOneAndHalf));
-    rig.store.set("DWPort", "parity", "");
-    rig.store.set("DWPort", "baud", "99999999999");
-    rig.store.set("DWPort", "stopbits", std::to_string(stopbits::kTwo));
+    for (auto [section, key, text] : {std::tuple{"L21Port", "port", "3"},
+                                      {"L21Port", "baud", "fast"},
+                                      {"L21Port", "parity", "2"},
+                                      {"L21Port", "databits", "8x"},
+                                      {"L21Port", "stopbits", "1"},
+                                      {"DWPort", "parity", ""},
+                                      {"DWPort", "baud", "99999999999"},
+                                      {"DWPort", "stopbits", "2"}})
+        rig.store.set(section, key, text);
     for (auto [profile, text] : {std::pair{&kL21Link, "3:1200,e,7,1.5"},
                                  {&kAsciiLink, "1:9600,n,8,1"},
                                  {&kDisplayLink, "2:9600,n,8,1"}}) {
@@ -108,8 +109,7 @@ TEST_F(LinkTest, DisplayCloseDeliversWrittenFramesFirstButGivesUpAfterTwoSeconds
     start = now();
     link->closePort();
     EXPECT_EQ(now() - start, kDrainBoundMs);
-    EXPECT_FALSE(link->isPortOpen());
-    EXPECT_TRUE(view.boxes.empty());
+    EXPECT_TRUE(!link->isPortOpen() && view.boxes.empty());
 }
 
 TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
@@ -128,7 +128,7 @@ TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
 
 // The sign preview's feed: what went out on the line, modem commands included,
 // and nothing a closed port refused (that gets the reminder instead).
-TEST_F(LinkTest, TapSeesExactlyTheBytesThatWentOnTheLine) {
+TEST_F(LinkTest, TapSeesTheBytesThatWentOnTheLineAndNoticesLastFiveSeconds) {
     struct Tap : WriteTap {
         void written(const std::string& bytes) override { seen += bytes; }
         std::string seen;
@@ -143,10 +143,8 @@ TEST_F(LinkTest, TapSeesExactlyTheBytesThatWentOnTheLine) {
     link->setTap(nullptr);
     link->write("after");
     EXPECT_EQ(tap.seen, "frameatdt555\r");
-}
-
-TEST_F(LinkTest, NoticeLastsFiveSecondsAndANewOneRestartsThem) {
-    make(kDisplayLink);
+    // A notice lasts five seconds and a new one starts them again.
+    rig.tone.tones.clear();
     link->showNotice(true, "Toggle front/back");
     EXPECT_EQ(rig.tone.tones, (std::vector<std::pair<int, int>>{{740, 250}, {400, 250}}));
     rig.dispatch.advance(3000);

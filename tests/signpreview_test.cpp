@@ -1,6 +1,5 @@
-// The sign preview and its model against the frames the program sends: what
-// each LED shows on the face and in the reflector, brightness, erase, the
-// roll-up motion, the board, and a stream with broken frames in it.
+// The sign preview and its model against the frames the program sends, broken
+// ones included: each LED on the face and in the reflector, the roll-up motion.
 
 #include "display/signpreview.h"
 
@@ -43,7 +42,7 @@ struct SignPreviewTest : ::testing::Test {
     }
 };
 
-TEST_F(SignPreviewTest, ReversedTextReadsInTheReflectorAndStandsMirroredOnTheFace) {
+TEST_F(SignPreviewTest, ReversedTextReadsInTheReflectorAndEveryCharacterHasAGlyph) {
     sign.writeLine("AB\x95", 2, 1);  // the music note leaves as the sign's own glyph
     preview.written(link.writes.front());
     EXPECT_FALSE(preview.dot(SignSide::Reflector, 1, 0, 0, 2)) << "not before the refresh";
@@ -53,11 +52,8 @@ TEST_F(SignPreviewTest, ReversedTextReadsInTheReflectorAndStandsMirroredOnTheFac
     EXPECT_EQ(cell(SignSide::Reflector, 1, 2), ledGlyph(0x7F));
     EXPECT_EQ(cell(SignSide::Face, 1, 31, true), ledGlyph('A'));
     EXPECT_EQ(cell(SignSide::Face, 1, 29, true), ledGlyph(0x7F));
-    EXPECT_TRUE(rowDark(0));
-    EXPECT_TRUE(rowDark(2));
-}
-
-TEST_F(SignPreviewTest, EveryWindows1252CharacterHasAGlyphAndControlBytesShowAsABox) {
+    EXPECT_TRUE(rowDark(0) && rowDark(2));
+    // Every Windows-1252 character has a glyph; a control byte shows as a box.
     for (int code = 0x20; code <= 0xFF; ++code) {
         const bool undefined =
             code == 0x81 || code == 0x8D || code == 0x8F || code == 0x90 || code == 0x9D;

@@ -7,7 +7,6 @@
 namespace zelvan {
 namespace {
 
-using testing::Log;
 using testing::Rig;
 
 // The seven values, in the order of the section.
@@ -47,11 +46,8 @@ TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     Tavo fresh(rig.dispatch, rig.store, rig.tone);
     fresh.loadSettings();
     EXPECT_EQ(values(fresh), values(tavo));
-}
 
-// Pieces are trimmed, empty ones dropped, and the sign's three rows take the first three.
-TEST(Settings, StartupCaptionSplitsIntoAtMostThreeLines) {
-    Rig rig;
+    // Pieces are trimmed, empty ones dropped, and the sign's three rows take the first three.
     for (auto [caption, lines] : {std::pair{"   ", ""},
                                   {"  A  <br>  B  ", "A|B|"},
                                   {"<br>A<br><br>B<br>", "A|B|"},
@@ -78,7 +74,7 @@ TEST(Startup, StartsWithTheStoredFilterAndEndsActingOnTheDisplayThenClosing) {
         if (*task) rig.store.set("General", "ExitDisplayTask", task);
         rig.tavo.rawQueueIn = 9;
         rig.tavo.startup(rig.shell);
-        Log want{"busy", "splash", "idle", "mainWindow", "display.showForm"};
+        testing::Log want{"busy", "splash", "idle", "mainWindow", "display.showForm"};
         if (*filter) want.push_back(std::string(filter) + ".showForm");
         EXPECT_EQ(rig.log, want) << type;
         EXPECT_EQ(rig.view().option, kind);

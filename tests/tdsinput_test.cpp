@@ -33,7 +33,7 @@ std::string utf16(std::u16string_view text, bool little) {
 // TDS: text runs between blank lines, comments and markers skipped, bytes
 // kept. Cues: their text only, UTF-8 in the code page where it can be. Broken
 // files, cut short anywhere: what caption text they hold.
-TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
+TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
     const std::string cue = "WEBVTT\n\n00:01.000 --> 00:02.000";
     const std::pair<std::string, Captions> cases[] = {
         {"\r\n  \r\n; comment first\r\n  First line  \r\nSecond; still text\r\n"
@@ -67,6 +67,7 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
         // Only a sure sign leaves the TDS road; cues that give nothing are TDS.
         {"1\r\nLadies --> gentlemen\r\n\r\nNext", {"1\r\nLadies --> gentlemen", "Next"}},
         {"WEBVTT is where\r\nwe begin\r\n", {"WEBVTT is where\r\nwe begin"}},
+        {"1\r\nFirst caption\r\n", {"1\r\nFirst caption"}},
         {cue, {"WEBVTT", "00:01.000 --> 00:02.000"}},
         {utf16(u"1\r\n00:00:01,000 --> 00:00:02,000\r\nCaf\u00e9 \u266a\U0001F600", true),
          {"Caf\xE9 \x95?"}},
@@ -77,16 +78,13 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormat) {
     for (const char* noText : {"", "\r\n\r\n", "; only\r\n_markers\r\n^here\r\n"})
         script::appendCaptions(noText, list);
     EXPECT_EQ(list, Captions{"kept"});
-}
-
-TEST(CaptionScript, TheFormatIsToldByContentAlone) {
+    // The format is told by content alone.
     EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\tx\r\n\r\n01:00.000 --> 01:02.000\r\n"),
               script::Format::WebVtt);
     EXPECT_EQ(script::detectFormat("\r\n190\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
               script::Format::SubRip);
     EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
     EXPECT_EQ(script::detectFormat("  \r\n7"), script::Format::Tds);
-    EXPECT_EQ(read("1\r\nFirst caption\r\n"), (Captions{"1\r\nFirst caption"}));
 }
 
 struct FakeTdsView : TdsView {
@@ -141,7 +139,8 @@ struct TdsInputTest : ::testing::Test {
 // A caption of more than 15 lines keeps 15 on the rows and says so on deck.
 TEST_F(TdsInputTest, SendShowsEachCaptionInTurnAndBlanksTheSignAtTheEnd) {
     input.send();
-    EXPECT_EQ(display.calls, 0) << "no file, no send";
+    input.rewind();
+    EXPECT_EQ(display.calls, 0) << "no file: Send and Rewind do nothing";
     std::string script = "First top\r\nFirst bottom\r\n\r\n" + std::string(40, 'w');
     for (int i = 2; i <= 18; ++i) script += "\r\nline " + std::to_string(i);
     open("two.tds", script);
@@ -163,13 +162,17 @@ TEST_F(TdsInputTest, SendShowsEachCaptionInTurnAndBlanksTheSignAtTheEnd) {
     EXPECT_EQ(view.displayed, "");
 }
 
-TEST_F(TdsInputTest, RewindAndEraseLeaveTheSignBlankAndSendShowsWhatIsOnDeck) {
-    input.rewind();
-    EXPECT_EQ(display.calls, 0) << "Rewind with no script does nothing";
+TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     input.erase();
     EXPECT_EQ(shown(), "1:") << "Erase works before any file";
     open("three.tds", "Caption 1\r\n\r\nCaption 2\r\n\r\nCaption 3\r\n");
     input.send();
+    view.answer = (dir / "gone.srt").string();  // a failed open keeps the script
+    input.openFile();
+    EXPECT_EQ(view.fileName, "gone.srt") << "the name is taken before the open fails";
+    view.answer = dir.string();  // a folder can't be read either
+    input.openFile();
+    EXPECT_EQ(view.onDeck, "Caption 2");
     input.rewind();
     input.rewind();
     EXPECT_EQ(view.onDeck, "Caption 1") << "caption 1 is the floor";
@@ -190,20 +193,9 @@ TEST_F(TdsInputTest, RewindAndEraseLeaveTheSignBlankAndSendShowsWhatIsOnDeck) {
     input.send();
     EXPECT_EQ(display.calls, calls) << "the display is down";
     EXPECT_EQ(view.displayed, "Caption 3") << "but the panes move";
-}
-
-TEST_F(TdsInputTest, AFailedOpenKeepsTheScriptAndANewFileStartsAfresh) {
-    open("three.tds", "Caption 1\r\n\r\nCaption 2\r\n\r\nCaption 3\r\n");
-    input.send();
-    view.answer = (dir / "gone.srt").string();
-    input.openFile();
-    EXPECT_EQ(view.fileName, "gone.srt") << "the name is taken before the open fails";
-    view.answer = dir.string();  // a folder can't be read either
-    input.openFile();
-    EXPECT_EQ(view.onDeck, "Caption 2");
     open("next.srt", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Other</i>\r\n");
-    EXPECT_EQ(view.onDeck, "Other");
-    EXPECT_EQ(view.displayed, "Caption 1") << "the sign still shows the old caption";
+    EXPECT_EQ(view.onDeck, "Other") << "a new file starts afresh";
+    EXPECT_EQ(view.displayed, "Caption 3") << "the sign still shows the old caption";
 }
 
 TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {

@@ -1,7 +1,6 @@
 #pragma once
-// Test doubles of the window side: a main view with in-memory panes, a shell
-// that counts what start-up and shutdown asked of it, and filters and a display
-// that record their calls into one shared log.
+// Test doubles of the window side: a main view with in-memory panes, and a
+// shell, filters and a display that record their calls into one shared log.
 
 #include <functional>
 #include <memory>
@@ -83,9 +82,8 @@ class FakeDisplay : public DisplayOutput {
     std::vector<std::int16_t> styles;
 };
 
-// A display output that pulls the rows through the row readers, as the real
-// one does, and keeps what it sees at each style but nothing:
-// "<stamp>1: 14[...] 15[...]".
+// A display output that reads the rows as the real one does, and keeps what it
+// sees at each style but nothing: "<stamp>1: 14[...] 15[...]".
 class CaptionRecorder : public DisplayOutput {
   public:
     explicit CaptionRecorder(Tavo& tavo) : tavo(tavo) {}
@@ -135,10 +133,7 @@ class FakeShell : public Shell {
     }
     void showAbout() override { log.push_back("about"); }
     void showHelp() override { log.push_back("help"); }
-    void endProcess() override {
-        log.push_back("endProcess");
-        ++ends;
-    }
+    void endProcess() override { log.push_back("endProcess"); }
 
     Log& log;
     FakeView view;
@@ -146,7 +141,6 @@ class FakeShell : public Shell {
     FakeFilter* lastFilter = nullptr;
     FakeDisplay* display = nullptr;
     std::function<void(FilterKind, FakeFilter&)> onMake;
-    int ends = 0;
 };
 
 // A fresh program state on virtual time, with the main window faked.

@@ -1,5 +1,7 @@
 #include "support/fakeserialport.h"
 
+#include <utility>
+
 namespace zelvan {
 
 FakeSerialPort::FakeSerialPort(EventDispatch& dispatch) : m_dispatch(dispatch) {
@@ -27,11 +29,7 @@ void FakeSerialPort::postState() {
 void FakeSerialPort::open() {
     ++opens;
     if (m_open) return;
-    if (m_failOpen) {
-        m_failOpen = false;
-        setLastError(m_failReason);
-        return;
-    }
+    if (std::exchange(m_failOpen, false)) return setLastError(m_failReason);
     setLastError(refusal);
     m_open = true;
     postState();
@@ -39,11 +37,7 @@ void FakeSerialPort::open() {
 
 void FakeSerialPort::close() {
     if (!m_open) return;
-    if (m_failClose) {
-        m_failClose = false;
-        setLastError(m_failReason);
-        return;
-    }
+    if (std::exchange(m_failClose, false)) return setLastError(m_failReason);
     m_open = false;
     clearLine();
     postState();

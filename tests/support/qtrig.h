@@ -1,7 +1,6 @@
 #pragma once
-// For the window and port tests: a program state on Qt's event loop with the
-// main window faked, and waits that run the loop under a deadline, so a fault
-// fails a test instead of hanging it.
+// A program state on Qt's event loop with the main window faked, and waits that
+// run the loop under a deadline, so a fault fails a test instead of hanging it.
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -31,13 +30,15 @@ inline void settle(int ms) {
     waitFor([] { return false; }, ms);
 }
 
-struct QtRig {
+template <typename Store = MemorySettingsStore>
+struct QtRigOf {
     QtDispatch dispatch;
-    MemorySettingsStore store;
+    Store store;
     RecordingTone tone;
     Log log;
     FakeShell shell{log};
     Tavo tavo{dispatch, store, tone};
 };
+using QtRig = QtRigOf<>;
 
 }  // namespace zelvan::testing

@@ -1,7 +1,6 @@
 #pragma once
-// The recorded samples in tests/data. A sample that is missing or unreadable
-// fails the calling test with the file's name; the caller gets an empty
-// recording and goes on without crashing.
+// The recorded samples in tests/data. A missing or unreadable one fails the
+// calling test with the file's name, and reads as an empty recording.
 
 #include <gtest/gtest.h>
 

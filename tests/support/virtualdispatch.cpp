@@ -104,10 +104,8 @@ void VirtualDispatch::yield() {
 
 void VirtualDispatch::yieldOrWait() {
     ++m_yields;
-    if (runDue()) return;
-    const long long next = nextDeadline();
-    if (next == std::numeric_limits<long long>::max()) return;
-    m_now = std::max(m_now, next);
+    if (runDue() || nextDeadline() == std::numeric_limits<long long>::max()) return;
+    m_now = std::max(m_now, nextDeadline());
     runDue();
 }
 

@@ -1,6 +1,5 @@
-// The real program with the board filter selected and the simulated board
-// playing a short recording: its captions reach the sign on a pseudo-terminal
-// at the pace of the timecodes, byte for byte as from a decoder box.
+// The real program playing the simulated board's recording: its captions reach
+// the sign at the pace of the timecodes, byte for byte as from a decoder box.
 
 #include <gtest/gtest.h>
 

@@ -60,8 +60,7 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     child<QPushButton>("cmdBright")->click();
     EXPECT_EQ(window->noticeText(), QStringLiteral("Open port first."));
     child<QCheckBox>("chkFilter")->click();
-    EXPECT_FALSE(child<QCheckBox>("chkFilter")->isChecked());
-    EXPECT_TRUE(sign.take().empty());
+    EXPECT_TRUE(!child<QCheckBox>("chkFilter")->isChecked() && sign.take().empty());
 
     window->showForm();
     EXPECT_TRUE(waitFor([&] { return child<QPushButton>("cmdPortOutOpen")->text() == "Close"; }));
@@ -104,8 +103,7 @@ TEST_F(DisplayWindowTest, FromAClosedPortThroughACaptionToClosing) {
     EXPECT_TRUE(waitFor([&] { return (got += sign.take()).ends_with(frames); })) << got;
 
     window->hideForm();
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_FALSE(window->console().isPortOpen());
+    EXPECT_FALSE(window->isVisible() || window->console().isPortOpen());
 }
 
 // A screen reader toggles a box without a click; it counts all the same.

@@ -1,7 +1,6 @@
 // The decoder link's "Serial Port Setup" window over a fake port.
 
 #include <gtest/gtest.h>
-#include <QComboBox>
 #include <QPushButton>
 
 #include "display/seriallink.h"

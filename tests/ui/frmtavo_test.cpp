@@ -54,15 +54,12 @@ struct MainWindowTest : ::testing::Test, testing::QtRig {
     frmTavo window{tavo, shell};
 };
 
-// E X I T's status shows at once: the process ends before any later refresh.
-TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
-    QtDispatch dispatch;
-    QtSettingsStore store;
-    testing::RecordingTone tone;
-    testing::Log log;
-    testing::FakeShell shell{log};
-    Tavo tavo{dispatch, store, tone};
+struct SavedMainWindowTest : ::testing::Test, testing::QtRigOf<QtSettingsStore> {
     frmTavo window{tavo, shell};
+};
+
+// E X I T's status shows at once: the process ends before any later refresh.
+TEST_F(SavedMainWindowTest, QueuedBytesShowAndExitWritesTheSettingsFile) {
     tavo.shell = &shell;
     window.show();
     for (unsigned char b : std::string("Hi\r\n\x14 \xe9")) tavo.queueByte(b);
@@ -76,15 +73,16 @@ TEST(MainWindow, QueuedBytesShowAndExitWritesTheSettingsFile) {
     tavo.InputFilterType = 3;
     tavo.StartupBarker = "One, two<br>\x95 three \xe9";
     window.findChild<QPushButton*>(QStringLiteral("cmdExit"))->click();
-    EXPECT_EQ(shell.ends, 1);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "endProcess"), 1);
     EXPECT_EQ(window.findChild<QLabel*>("sbStatusPanel1")->text(),
               QStringLiteral("Closing input filter. Stand by..."));
     EXPECT_EQ(QtSettingsStore().get("General", "InputFilterType", ""), "3");
     EXPECT_EQ(QtSettingsStore().get("General", "StartupBarker", ""), tavo.StartupBarker);
 }
 
-// The Broadcast EDM entry saves the shared decoder's setting at once.
-TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
+// Every window is one to a screen reader; the Broadcast EDM entry saves at once;
+// a closed caption script window comes back, the same one, from its menu entry.
+TEST(Shell, HelpPagesDecoderEntryWindowRolesAndAClosedInputComingBack) {
     const auto entry = [](AppShell& shell) {
         for (QAction* a : shell.mainWindow()->findChildren<QAction*>())
             if (a->text() == QStringLiteral("Broadcast EDM (keep position)")) return a;
@@ -97,31 +95,11 @@ TEST(Shell, EachF1OpensAnotherHelpAndTheDecoderEntrySurvivesARestart) {
     shell.showHelp();
     ASSERT_NE(first, nullptr);
     EXPECT_NE(shell.lastHelp(), first);
-    EXPECT_TRUE(first->isVisible());
-    EXPECT_TRUE(shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
-    for (frmHelp* help : {first, shell.lastHelp()}) help->close();
+    EXPECT_TRUE(first->isVisible() &&
+                shell.lastHelp()->StartingAddress.endsWith("index.htm", Qt::CaseInsensitive));
 
     shell.showMainWindow(rig.tavo);
     const std::unique_ptr<frmTavo> window(shell.mainWindow());
-    ASSERT_NE(entry(shell), nullptr);
-    entry(shell)->trigger();
-    EXPECT_TRUE(shell.decoder().EdmKeepsPosition);
-
-    Tavo again{rig.dispatch, rig.store, rig.tone};
-    restarted.showMainWindow(again);
-    const std::unique_ptr<frmTavo> second(restarted.mainWindow());
-    EXPECT_TRUE(restarted.decoder().EdmKeepsPosition);
-    EXPECT_TRUE(entry(restarted)->isChecked());
-}
-
-// A screen reader finds every window by its title. The caption script window
-// closes on its close box and its Input menu entry brings the same one back.
-TEST(Shell, EveryWindowIsAWindowToScreenReadersAndAClosedInputComesBack) {
-    testing::QtRig rig;
-    AppShell shell;
-    shell.showMainWindow(rig.tavo);
-    const std::unique_ptr<frmTavo> main(shell.mainWindow());
-    shell.showHelp();
     std::vector<std::unique_ptr<InputFilter>> filters;
     for (FilterKind kind : kFilterOrder) filters.push_back(shell.makeFilter(kind, rig.tavo));
     for (QWidget* w : QApplication::topLevelWidgets()) {
@@ -131,16 +109,25 @@ TEST(Shell, EveryWindowIsAWindowToScreenReadersAndAClosedInputComesBack) {
                 << w->windowTitle().toStdString();
         }
     }
+    for (frmHelp* help : {first, shell.lastHelp()}) help->close();
     const auto choose = [&] {
-        for (QAction* a : main->findChildren<QAction*>())
+        for (QAction* a : window->findChildren<QAction*>())
             if (a->text() == QStringLiteral("TDS File")) a->trigger();
-        return dynamic_cast<QWidget*>(main->console().filterWindow(FilterKind::TDS));
+        return dynamic_cast<QWidget*>(window->console().filterWindow(FilterKind::TDS));
     };
     QWidget* script = choose();
     ASSERT_NE(script, nullptr);
     EXPECT_TRUE(script->close());
     EXPECT_EQ(choose(), script);
     EXPECT_TRUE(script->isVisible() && rig.tavo.bInTDS);
+
+    ASSERT_NE(entry(shell), nullptr);
+    entry(shell)->trigger();
+    EXPECT_TRUE(shell.decoder().EdmKeepsPosition);
+    Tavo again{rig.dispatch, rig.store, rig.tone};
+    restarted.showMainWindow(again);
+    const std::unique_ptr<frmTavo> second(restarted.mainWindow());
+    EXPECT_TRUE(restarted.decoder().EdmKeepsPosition && entry(restarted)->isChecked());
 }
 
 struct HelpPages : ::testing::Test {
@@ -240,7 +227,7 @@ TEST_F(MainWindowTest, HelpPagesQuoteCaptionsOfTheirWindows) {
 }
 
 // The label reloads the file into the one window; a broken file leaves it up.
-TEST_F(MainWindowTest, ControlCodeReference) {
+TEST_F(MainWindowTest, ControlCodeReferenceAndPreferences) {
     QTemporaryDir dir;
     const QString before = QDir::currentPath();
     QDir::setCurrent(dir.path());
@@ -267,10 +254,8 @@ TEST_F(MainWindowTest, ControlCodeReference) {
                     Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(ref->pane()->viewport(), &dbl);
     ASSERT_TRUE(waitFor([&] { return window.ansiWindow() == nullptr; }));
-}
 
-// One window: Escape drops it unapplied, OK applies and closes.
-TEST_F(MainWindowTest, Preferences) {
+    // Preferences, one window: Escape drops it unapplied, OK applies and closes.
     window.mnuFilePrefs_Click();
     frmTavoPrefs* prefs = window.prefsWindow();
     window.mnuFilePrefs_Click();

@@ -37,16 +37,13 @@ struct QtPortTest : ::testing::Test, testing::QtRig {
         port.setPort(1);
         port.onState = [this](std::int32_t s) { states.push_back(s); };
     }
-    void openOrFail() {
-        port.open();
-        ASSERT_EQ(port.openState(), 1) << port.lastError();
-    }
 };
 
 // Control bytes a cooked line would eat or translate: NUL, XON/XOFF, CR, LF,
 // DEL and 8-bit bytes must pass both ways as they are.
 TEST_F(QtPortTest, LineIsRawBothWays) {
-    openOrFail();
+    port.open();
+    ASSERT_EQ(port.openState(), 1) << port.lastError();
     std::string got;
     port.onReceive = [&] {
         while (port.rxCount() >= 1) got += static_cast<char>(port.readByte());
@@ -138,8 +135,7 @@ TEST_F(QtPortTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
     QFile::remove(QString::fromStdString(alias));
     ASSERT_TRUE(waitFor([&] { return !view.alerts.empty(); }));
     EXPECT_FALSE(link.isPortOpen());
-    EXPECT_TRUE(waitFor([&] { return view.openCaption == "Open"; }));
-    EXPECT_TRUE(tavo.bStopCapture);
+    EXPECT_TRUE(waitFor([&] { return view.openCaption == "Open"; }) && tavo.bStopCapture);
 
     // Left alone now, the program must idle, not chase the dead device.
     const std::clock_t before = std::clock();  // processor time, all threads

@@ -1,7 +1,5 @@
-// The window tests need one QApplication for the whole run; they draw on Qt's
-// offscreen platform unless a display is asked for. Whoever starts them, with
-// ctest or by hand, their settings go to a folder of their own that goes with
-// the run: never the operator's own settings file.
+// One QApplication for the whole run, offscreen unless a display is asked for;
+// settings go to a folder of the run's own, never the operator's file.
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QTemporaryDir>
