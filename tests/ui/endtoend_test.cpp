@@ -4,8 +4,11 @@
 #include <sys/wait.h>
 
 #include <gtest/gtest.h>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <fstream>
+#include <memory>
 
 #include "display/signmodel.h"
 #include "support/logicframes.h"
@@ -78,6 +81,53 @@ TEST_F(EndToEnd, ASignalEndsTheProgramAsTheExitButtonDoesAndASecondAtOnce) {
     for (int sig : {SIGINT, SIGHUP}) ::kill(twice.pid(), sig);
     EXPECT_TRUE(twice.waitUntil([&] { return !twice.running(); }, 1000) &&
                 WIFSIGNALED(twice.waitStatus()));
+}
+
+// Processor time the program has used, in clock ticks (utime and stime).
+long cpuTicks(pid_t pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string field;
+    long ticks = 0;
+    for (int i = 1; i <= 15 && stat >> field; ++i) ticks += i >= 14 ? std::stol(field) : 0;
+    return ticks;
+}
+
+// The sign behind a serial server on the network gets what it gets over a
+// cable; the server gone mid-show costs one message and no processor, and
+// the next caption after it is back reaches the sign (its text reversed).
+TEST(EndToEndNetwork, SignBehindASerialServerGetsCaptionsAndResumesWhenTheServerIsBack) {
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    const std::uint16_t at = server.serverPort();
+    ProgramRig rig(ZELVAN_BINARY,
+                   ProgramOptions{.signDevice = "tcp://127.0.0.1:" + std::to_string(at)});
+    ASSERT_TRUE(server.waitForNewConnection(20000));
+    std::unique_ptr<QTcpSocket> sign(server.nextPendingConnection());
+    ASSERT_TRUE(rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 20000));
+    rig.waitUntil([] { return false; }, 500);
+    std::string got;
+    const auto signGets = [&](const std::function<bool()>& done) {
+        return rig.waitUntil(
+            [&] { return sign->waitForReadyRead(5), got += sign->readAll().toStdString(), done(); },
+            8000);
+    };
+    const std::string popOn = popOnCaption("Hello there");
+    rig.sendToBox(popOn);
+    EXPECT_TRUE(signGets([&] { return got.ends_with(testing::logicFrames(popOn)); }));
+
+    sign->abort();
+    server.close();
+    rig.waitUntil([] { return false; }, 300);
+    const long before = cpuTicks(rig.pid());
+    rig.waitUntil([] { return false; }, 2000);
+    EXPECT_LE(cpuTicks(rig.pid()) - before, 4);  // under 2%, at 100 ticks a second
+
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, at));
+    ASSERT_TRUE(server.waitForNewConnection(8000));
+    sign.reset(server.nextPendingConnection());
+    rig.waitUntil([] { return false; }, 300);
+    rig.sendToBox(popOnCaption("Back again"));
+    EXPECT_TRUE(signGets([&] { return got.find("niaga kcaB") != std::string::npos; }));
 }
 
 }  // namespace

@@ -1,0 +1,112 @@
+// The port component on a loopback TCP connection, as the windows use it
+// through a link: the test holds the far end, a server or a client.
+
+#include <gtest/gtest.h>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include "display/seriallink.h"
+#include "platform/devicemap.h"
+#include "platform/qtport.h"
+#include "support/qtrig.h"
+#include "support/recordinglinkview.h"
+
+namespace zelvan {
+namespace {
+
+using testing::waitFor;
+
+struct NetworkPortTest : ::testing::Test, testing::QtRig {
+    QTcpServer far;  // the serial server, or the caption writer's side
+    QtPort port{dispatch, store};
+    testing::RecordingLinkView view;
+    SerialLink link{kDisplayLink, port, tavo, view};
+    std::string received;
+    int backs = 0;
+
+    void SetUp() override {
+        ASSERT_TRUE(far.listen(QHostAddress::LocalHost));
+        port.onReceive = [&] {
+            while (port.rxCount() >= 1) received += static_cast<char>(port.readByte());
+        };
+        link.whenLost = [] { return true; };
+        link.whenBack = [&] { ++backs; };
+    }
+    void mapTo(const std::string& entry) { setDevicePath(store, port.port(), entry); }
+    // A free port: the far server's, once it no longer listens.
+    std::uint16_t freePort() {
+        const std::uint16_t free = far.serverPort();
+        far.close();
+        return free;
+    }
+    QTcpSocket* accepted() {
+        return waitFor([&] { return far.hasPendingConnections(); }) ? far.nextPendingConnection()
+                                                                    : nullptr;
+    }
+    bool carries(QTcpSocket* peer) {
+        link.write("to far");
+        peer->write("to us");
+        std::string got;
+        return waitFor([&] { return (got += peer->readAll().toStdString()) == "to far"; }) &&
+               waitFor([&] { return received.ends_with("to us"); });
+    }
+};
+
+TEST_F(NetworkPortTest, RefusedConnectNamesHostPortAndReason) {
+    const std::string entry = "tcp://127.0.0.1:" + std::to_string(freePort());
+    mapTo(entry);
+    link.openPort();
+    ASSERT_EQ(view.boxes.size(), 1u);
+    EXPECT_EQ(view.boxes[0], "Couldn't open port.|" + entry + ": Connection refused.");
+    testing::settle(700);  // a failed open doesn't go on trying
+    EXPECT_FALSE(link.isPortOpen());
+
+    mapTo("tcp://127.0.0.1:0");
+    link.openPort();
+    EXPECT_NE(view.boxes.at(1).find("COM1=tcp://127.0.0.1:0 can't be used"), std::string::npos);
+}
+
+// The client drops the connection and the server comes back on the same
+// port: one message, then the link is back by itself and carries again.
+TEST_F(NetworkPortTest, ClientCarriesBothWaysAndReconnectsWhenTheServerIsBack) {
+    mapTo("tcp://127.0.0.1:" + std::to_string(far.serverPort()));
+    link.openPort();
+    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
+    QTcpSocket* peer = accepted();
+    ASSERT_TRUE(peer && carries(peer));
+
+    const std::uint16_t at = freePort();
+    peer->abort();
+    ASSERT_TRUE(waitFor([&] { return !view.alerts.empty(); }));
+    testing::settle(1200);  // two tries with nothing there
+    EXPECT_EQ(view.alerts.size(), 1u);
+    EXPECT_NE(view.alerts[0].find(kConnectionLostAdvice), std::string::npos) << view.alerts[0];
+
+    ASSERT_TRUE(far.listen(QHostAddress::LocalHost, at));
+    peer = accepted();
+    ASSERT_TRUE(peer && waitFor([&] { return backs == 1; }, 6000));
+    EXPECT_EQ(view.openCaption, kCaptionClose);
+    EXPECT_TRUE(carries(peer));
+}
+
+TEST_F(NetworkPortTest, ListenerTakesOnePeerAtATimeAndWaitsForTheNext) {
+    const std::uint16_t at = freePort();
+    mapTo("tcp-listen://127.0.0.1:" + std::to_string(at));
+    link.openPort();
+    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
+    QTcpSocket first, second;
+    first.connectToHost(QHostAddress::LocalHost, at);
+    ASSERT_TRUE(waitFor([&] { return first.state() == QAbstractSocket::ConnectedState; }));
+    second.connectToHost(QHostAddress::LocalHost, at);
+    EXPECT_TRUE(waitFor([&] { return second.state() == QAbstractSocket::UnconnectedState; }));
+    EXPECT_TRUE(carries(&first));
+
+    first.abort();
+    ASSERT_TRUE(waitFor([&] { return view.alerts.size() == 1; }));
+    second.connectToHost(QHostAddress::LocalHost, at);
+    ASSERT_TRUE(waitFor([&] { return backs == 1; }));
+    EXPECT_TRUE(carries(&second));
+}
+
+}  // namespace
+}  // namespace zelvan
