@@ -61,6 +61,10 @@ void setDevicePath(SettingsStore& store, std::int32_t port, const std::string& p
     store.set(kDevicesSection, deviceKey(port), path);
 }
 
+bool isNetworkDevice(const std::string& text) {
+    return text.starts_with(kClientScheme) || text.starts_with(kListenerScheme);
+}
+
 ParsedDevice parseDevice(std::int32_t port, const std::string& text) {
     const auto refuse = [&](const std::string& why) {
         return ParsedDevice{SerialDevice{text}, "The device " + deviceKey(port) + "=" + text +

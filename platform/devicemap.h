@@ -50,6 +50,8 @@ std::string defaultDevicePath(std::int32_t port);
 // Maps a number to a path; numbers below 1 are ignored.
 void setDevicePath(SettingsStore& store, std::int32_t port, const std::string& path);
 
+// Whether an entry names a TCP connection rather than a serial line.
+bool isNetworkDevice(const std::string& text);
 // What an entry `text` of port `port` names.
 ParsedDevice parseDevice(std::int32_t port, const std::string& text);
 // The device behind a port number, as the map has it.
