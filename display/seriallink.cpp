@@ -155,6 +155,9 @@ void SerialLink::loadSettings() {
 void SerialLink::saveSettings() {
     if (m_profile.stopsCaptureOnSave) m_tavo.stopCapture();
     closePort();
+    // A network link that lost its peer is closed but still waiting to get it
+    // back; the link of a window put away must not come back by itself.
+    if (!isPortOpen()) m_port.close();
     yieldTimes(m_profile.yieldsBeforeSave);
     storeSettings();
 }
@@ -222,8 +225,7 @@ void SerialLink::onPortState(std::int32_t state) {
 // A connection over the network comes back by itself, so an input link's
 // capture goes on, idle, until its bytes flow again.
 void SerialLink::onPortLost() {
-    const bool comesBack = !std::holds_alternative<SerialDevice>(
-        parseDevice(m_port.port(), m_port.deviceName()).device);
+    const bool comesBack = isNetworkDevice(m_port.deviceName());
     if (m_profile.stopsCaptureWhenLost && !comesBack) m_tavo.bStopCapture = true;
     m_backOnOpen = whenLost && whenLost();
     std::string detail = m_port.lastError();
