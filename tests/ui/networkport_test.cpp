@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <ctime>
 
 #include "display/seriallink.h"
 #include "platform/devicemap.h"
@@ -56,44 +57,35 @@ TEST_F(NetworkPortTest, RefusedConnectNamesHostPortAndReason) {
     const std::string entry = "tcp://127.0.0.1:" + std::to_string(freePort());
     mapTo(entry);
     link.openPort();
-    ASSERT_EQ(view.boxes.size(), 1u);
-    EXPECT_EQ(view.boxes[0], "Couldn't open port.|" + entry + ": Connection refused.");
-    testing::settle(700);  // a failed open doesn't go on trying
-    EXPECT_FALSE(link.isPortOpen());
-
-    mapTo("tcp://127.0.0.1:0");
-    link.openPort();
-    EXPECT_NE(view.boxes.at(1).find("COM1=tcp://127.0.0.1:0 can't be used"), std::string::npos);
+    EXPECT_EQ(view.boxes,
+              std::vector<std::string>{"Couldn't open port.|" + entry + ": Connection refused."});
 }
 
-// The client drops the connection and the server comes back on the same
-// port: one message, then the link is back by itself and carries again.
+// The server gone costs one message and no processor time while the client
+// tries again; the server back on the same port, the link is back by itself.
 TEST_F(NetworkPortTest, ClientCarriesBothWaysAndReconnectsWhenTheServerIsBack) {
     mapTo("tcp://127.0.0.1:" + std::to_string(far.serverPort()));
     link.openPort();
-    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
     QTcpSocket* peer = accepted();
     ASSERT_TRUE(peer && carries(peer));
 
     const std::uint16_t at = freePort();
     peer->abort();
     ASSERT_TRUE(waitFor([&] { return !view.alerts.empty(); }));
+    const std::clock_t before = std::clock();
     testing::settle(1200);  // two tries with nothing there
-    EXPECT_EQ(view.alerts.size(), 1u);
-    EXPECT_NE(view.alerts[0].find(kConnectionLostAdvice), std::string::npos) << view.alerts[0];
+    EXPECT_LT((std::clock() - before) * 1000 / CLOCKS_PER_SEC, 600);  // not a spin
+    EXPECT_TRUE(view.alerts.size() == 1 && view.alerts[0].ends_with(kConnectionLostAdvice));
 
     ASSERT_TRUE(far.listen(QHostAddress::LocalHost, at));
     peer = accepted();
-    ASSERT_TRUE(peer && waitFor([&] { return backs == 1; }, 6000));
-    EXPECT_EQ(view.openCaption, kCaptionClose);
-    EXPECT_TRUE(carries(peer));
+    EXPECT_TRUE(peer && waitFor([&] { return backs == 1; }, 6000) && carries(peer));
 }
 
 TEST_F(NetworkPortTest, ListenerTakesOnePeerAtATimeAndWaitsForTheNext) {
     const std::uint16_t at = freePort();
     mapTo("tcp-listen://127.0.0.1:" + std::to_string(at));
     link.openPort();
-    ASSERT_TRUE(link.isPortOpen()) << port.lastError();
     QTcpSocket first, second;
     first.connectToHost(QHostAddress::LocalHost, at);
     ASSERT_TRUE(waitFor([&] { return first.state() == QAbstractSocket::ConnectedState; }));
@@ -104,8 +96,7 @@ TEST_F(NetworkPortTest, ListenerTakesOnePeerAtATimeAndWaitsForTheNext) {
     first.abort();
     ASSERT_TRUE(waitFor([&] { return view.alerts.size() == 1; }));
     second.connectToHost(QHostAddress::LocalHost, at);
-    ASSERT_TRUE(waitFor([&] { return backs == 1; }));
-    EXPECT_TRUE(carries(&second));
+    EXPECT_TRUE(waitFor([&] { return backs == 1; }) && carries(&second));
 }
 
 }  // namespace
