@@ -64,7 +64,9 @@ void NetworkPort::openClient() {
     while (!m_open && m_connectError.empty() && !expired) m_dispatch.yieldOrWait();
     if (m_open) return;
     dropPeer();
-    setLastError(m_entry + ": " + (expired ? "no answer within 5 seconds" : m_connectError) + ".");
+    const std::string waited = std::to_string(kConnectBoundMs / 1000);
+    setLastError(m_entry + ": " +
+                 (expired ? "no answer within " + waited + " seconds" : m_connectError) + ".");
 }
 
 void NetworkPort::openListener() {
