@@ -14,7 +14,6 @@ TEST(DeviceMapTest, EntriesNameASerialLineOrAConnectionOrAreRefused) {
         Device device;
         const char* why = "";
     } cases[] = {
-        {"/dev/ttyUSB0", SerialDevice{"/dev/ttyUSB0"}},
         {"tcp://encoder.local:4001", TcpClient{"encoder.local", 4001}},
         {"tcp://[::1]:65535", TcpClient{"::1", 65535}},
         {"tcp-listen://0.0.0.0:6000", TcpListener{"0.0.0.0", 6000}},
@@ -22,6 +21,7 @@ TEST(DeviceMapTest, EntriesNameASerialLineOrAConnectionOrAreRefused) {
         {"tcp://:4001", {}, "no host"},
         {"tcp://box:0", {}, "1 to 65535"},
         {"tcp://box:65536", {}, "1 to 65535"},
+        {"tcp://box:4x", {}, "1 to 65535"},
         {"tcp-listen://[]:1", {}, "no host"},
         {"udp://box:4001", {}, "unknown kind"},
     };
