@@ -20,7 +20,7 @@ ProgramRig::ProgramRig(const std::string& binary, ProgramOptions options) {
     char tmpl[] = "/tmp/zelvan-rig-XXXXXX";
     if (::mkdtemp(tmpl) == nullptr) return;
     m_config = tmpl;
-    writeSettings(options.extraIni);
+    writeSettings(options);
     start(binary, options);
 }
 
@@ -35,11 +35,12 @@ ProgramRig::~ProgramRig() {
     }
 }
 
-void ProgramRig::writeSettings(const std::string& extraIni) {
+void ProgramRig::writeSettings(const ProgramOptions& options) {
     std::filesystem::create_directories(m_config + "/Zelvan21");
     std::ofstream(m_config + "/Zelvan21/Zelvan21.ini")
-        << "[Devices]\nCOM1=" << box.slave << "\nCOM2=" << sign.slave << "\n"
-        << extraIni;
+        << "[Devices]\nCOM1=" << box.slave
+        << "\nCOM2=" << (options.signDevice.empty() ? sign.slave : options.signDevice) << "\n"
+        << options.extraIni;
 }
 
 void ProgramRig::start(const std::string& binary, const ProgramOptions& options) {

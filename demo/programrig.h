@@ -18,10 +18,11 @@
 namespace zelvan {
 
 struct ProgramOptions {
-    std::string extraIni;   // more lines for the settings file, after the device map
-    bool offscreen = true;  // Qt's offscreen platform instead of the display that is set
+    std::string extraIni = {};  // more lines for the settings file, after the device map
+    bool offscreen = true;      // Qt's offscreen platform instead of the display that is set
     std::vector<std::string> args{"--no-splash"};
-    bool quiet = true;  // the program's own diagnostics go to /dev/null
+    bool quiet = true;            // the program's own diagnostics go to /dev/null
+    std::string signDevice = {};  // COM2's device instead of the sign's pty, e.g. tcp://HOST:PORT
 };
 
 class ProgramRig {
@@ -61,7 +62,7 @@ class ProgramRig {
     std::string signBytes;  // everything the sign has received
 
   private:
-    void writeSettings(const std::string& extraIni);
+    void writeSettings(const ProgramOptions& options);
     void start(const std::string& binary, const ProgramOptions& options);
 
     std::string m_config;

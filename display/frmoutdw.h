@@ -11,7 +11,7 @@
 #include "core/mainview.h"
 #include "display/console.h"
 #include "platform/deferredrefresh.h"
-#include "platform/qtserialport.h"
+#include "platform/qtport.h"
 
 class QCheckBox;
 class QGroupBox;
@@ -83,7 +83,7 @@ class frmOutDW : public QMainWindow,
     Tavo& m_tavo;
     Shell& m_shell;
     // The port is declared before the console, so it outlives the link.
-    QtSerialPort SerialPortOut;
+    QtPort SerialPortOut;
     DisplayConsole m_console;
 
     QGroupBox* Frame1 = nullptr;

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <utility>
 
+#include "platform/devicemap.h"
+
 namespace zelvan {
 
 namespace {
@@ -153,6 +155,9 @@ void SerialLink::loadSettings() {
 void SerialLink::saveSettings() {
     if (m_profile.stopsCaptureOnSave) m_tavo.stopCapture();
     closePort();
+    // A network link that lost its peer is closed but still waiting to get it
+    // back; the link of a window put away must not come back by itself.
+    if (!isPortOpen()) m_port.close();
     yieldTimes(m_profile.yieldsBeforeSave);
     storeSettings();
 }
@@ -206,20 +211,26 @@ void SerialLink::receive() {
     for (unsigned char b : bytes) m_tavo.queueByte(b);
 }
 
+// A network port gets a lost connection back by itself: what the loss
+// switched off comes back on as after the operator's open.
 void SerialLink::onPortState(std::int32_t state) {
     m_view.setOpenCaption(state > 0 ? kCaptionClose : kCaptionOpen);
     refreshSetupCaption();
+    if (state > 0 && isPortOpen() && std::exchange(m_backOnOpen, false) && whenBack) whenBack();
 }
 
 // The component has closed the port already, and its state event sets the
 // caption. The message doesn't block: the other links and the capture below
 // go on while the operator reads it.
+// A connection over the network comes back by itself, so an input link's
+// capture goes on, idle, until its bytes flow again.
 void SerialLink::onPortLost() {
-    if (m_profile.stopsCaptureWhenLost) m_tavo.bStopCapture = true;
+    const bool comesBack = isNetworkDevice(m_port.deviceName());
+    if (m_profile.stopsCaptureWhenLost && !comesBack) m_tavo.bStopCapture = true;
     m_backOnOpen = whenLost && whenLost();
     std::string detail = m_port.lastError();
     if (!detail.empty()) detail += "\n";
-    m_view.alert(kPortLost, detail + kPortLostAdvice);
+    m_view.alert(kPortLost, detail + (comesBack ? kConnectionLostAdvice : kPortLostAdvice));
 }
 
 std::string SerialLink::dump() const {

@@ -22,6 +22,8 @@ inline constexpr const char* kCouldntOpenPort = "Couldn't open port.";
 inline constexpr const char* kCouldntClosePort = "Couldn't close port.";
 inline constexpr const char* kPortLost = "The port has gone away.";
 inline constexpr const char* kPortLostAdvice = "Plug the device back in, then press Open.";
+inline constexpr const char* kConnectionLostAdvice =
+    "The link connects again by itself once the other end is back.";
 inline constexpr const char* kCaptionOpen = "Open";
 inline constexpr const char* kCaptionClose = "Close";
 
@@ -150,7 +152,8 @@ class SerialLink {
     // (the display window unticks its filter box, so frames don't each beep).
     std::function<bool()> whenLost;
     // Runs when the port opens again after a loss whose whenLost switched
-    // something off: mid-show, captions resume once the device is back.
+    // something off, by the operator or by itself (a network port that got
+    // its connection back): mid-show, captions resume once the device is back.
     std::function<void()> whenBack;
     // One tap at a time; nullptr takes it off.
     void setTap(WriteTap* tap) { m_tap = tap; }

@@ -13,7 +13,7 @@
 #include "core/mainview.h"
 #include "line21/l21serialinput.h"
 #include "platform/deferredrefresh.h"
-#include "platform/qtserialport.h"
+#include "platform/qtport.h"
 
 class QLabel;
 class QLineEdit;
@@ -92,7 +92,7 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
 
     Shell& m_shell;
     // The port outlives the link inside the logic, which unhooks its events.
-    QtSerialPort SerialPort;
+    QtPort SerialPort;
     std::unique_ptr<L21SerialInput> m_input;
     // Writes into the link of m_input, so it goes first.
     std::unique_ptr<frmSerialConfig> m_setup;

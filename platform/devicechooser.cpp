@@ -3,6 +3,7 @@
 #include <QSerialPortInfo>
 #include <algorithm>
 
+#include "platform/devicemap.h"
 #include "platform/qtext.h"
 
 namespace zelvan {
@@ -31,6 +32,14 @@ void DeviceChooser::setPath(const std::string& path) {
 
 std::string DeviceChooser::path() const {
     return fromQString(currentText().trimmed());
+}
+
+void DeviceChooser::disableForNetwork(const QList<QWidget*>& serialFields) {
+    const auto follow = [this, serialFields] {
+        for (QWidget* field : serialFields) field->setEnabled(!isNetworkDevice(path()));
+    };
+    connect(this, &QComboBox::currentTextChanged, this, follow);
+    follow();
 }
 
 }  // namespace zelvan

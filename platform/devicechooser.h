@@ -16,6 +16,9 @@ class DeviceChooser : public QComboBox {
     void setPath(const std::string& path);
     // The path as chosen or typed, without surrounding blanks.
     std::string path() const;
+    // The line settings mean nothing to a network device: while the entry
+    // names one, these fields stay, with their values, but can't be changed.
+    void disableForNetwork(const QList<QWidget*>& serialFields);
 };
 
 }  // namespace zelvan

@@ -52,6 +52,8 @@ SerialSetupDialog::SerialSetupDialog(SerialPort& port, SettingsStore& store, QWi
     m_dataBits = makeList(this, kDataBitsChoices, port.databits());
     m_stopBits = makeList(this, kStopBitsChoices, port.stopbits());
 
+    m_device->disableForNetwork({m_baud, m_parity, m_dataBits, m_stopBits});
+
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("Port:"), m_port);
     form->addRow(QStringLiteral("Device:"), m_device);

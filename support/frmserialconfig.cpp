@@ -52,6 +52,7 @@ void frmSerialConfig::buildLists() {
     fill(cmbDataBits, kDataBitsChoices);
     cmbStopBits = new QComboBox(this);
     fill(cmbStopBits, kStopBitsChoices);
+    cmbDevice->disableForNetwork({cmbBaud, cmbParity, cmbDataBits, cmbStopBits});
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setDefault(true);
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);

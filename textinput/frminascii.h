@@ -12,7 +12,7 @@
 
 #include "core/mainview.h"
 #include "platform/deferredrefresh.h"
-#include "platform/qtserialport.h"
+#include "platform/qtport.h"
 #include "textinput/asciiinput.h"
 
 class QGroupBox;
@@ -77,7 +77,7 @@ class frmInAscii : public QWidget, public InputFilter, public AsciiView {
 
     Shell& m_shell;
     // The port outlives the link inside the logic, which unhooks its events.
-    QtSerialPort SerialPort;
+    QtPort SerialPort;
     std::unique_ptr<AsciiInput> m_input;
     // The pane follows the row memory at each byte; it takes the latest text
     // once a burst is filtered.

@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 
 #include <gtest/gtest.h>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <fstream>
 
@@ -78,6 +80,41 @@ TEST_F(EndToEnd, ASignalEndsTheProgramAsTheExitButtonDoesAndASecondAtOnce) {
     for (int sig : {SIGINT, SIGHUP}) ::kill(twice.pid(), sig);
     EXPECT_TRUE(twice.waitUntil([&] { return !twice.running(); }, 1000) &&
                 WIFSIGNALED(twice.waitStatus()));
+}
+
+// The sign behind a serial server on the network gets what it gets over a
+// cable, and the next caption after the server was gone and is back reaches
+// the sign (its text reversed).
+TEST(EndToEndNetwork, SignBehindASerialServerGetsCaptionsAndResumesWhenTheServerIsBack) {
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    const std::uint16_t at = server.serverPort();
+    ProgramRig rig(ZELVAN_BINARY,
+                   ProgramOptions{.signDevice = "tcp://127.0.0.1:" + std::to_string(at)});
+    ASSERT_TRUE(server.waitForNewConnection(20000));
+    QTcpSocket* sign = server.nextPendingConnection();
+    ASSERT_TRUE(rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 20000));
+    rig.waitUntil([] { return false; }, 500);
+    std::string got;
+    const auto signGets = [&](const std::function<bool()>& done) {
+        return rig.waitUntil(
+            [&] { return sign->waitForReadyRead(5), got += sign->readAll().toStdString(), done(); },
+            8000);
+    };
+    const std::string popOn = popOnCaption("Hello there");
+    rig.sendToBox(popOn);
+    EXPECT_TRUE(signGets([&] { return got.ends_with(testing::logicFrames(popOn)); }));
+
+    sign->abort();
+    server.close();
+    rig.waitUntil([] { return false; }, 1000);
+
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, at));
+    ASSERT_TRUE(server.waitForNewConnection(8000));
+    sign = server.nextPendingConnection();
+    rig.waitUntil([] { return false; }, 300);
+    rig.sendToBox(popOnCaption("Back again"));
+    EXPECT_TRUE(signGets([&] { return got.find("niaga kcaB") != std::string::npos; }));
 }
 
 }  // namespace
