@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """The real program driven as a screen reader drives it, over the accessibility
 bus: every window reads as a frame; "Reverse Text" toggled over the bus changes
-what Send@ sends; and after the sign's adapter is pulled and plugged back in,
+what Send@ sends (two reversed lines end in column 32, a long plain row goes
+out whole); and after the sign's adapter is pulled and plugged back in,
 "Open" pressed over the bus brings the captions back to the sign.
 
 It runs in a session bus and an X server of its own, with a runtime folder of
@@ -203,10 +204,18 @@ def main(binary):
         pending.set_text_contents("XY")
         assert checked(reverse)
         assert program.signs_after(lambda: act(send_at, "Press"), b"YX"), "reversed Send@"
+        # A reversed text of two lines ends in column 32 with its line break counted.
+        pending.set_text_contents("AB\nCD")
+        assert program.signs_after(lambda: act(send_at, "Press"), b"\x01 \x22\x3aDC\n\rBA\x01"), \
+            "two reversed lines at the wrong column"
+        pending.set_text_contents("XY")
         act(reverse, "Toggle")
         assert not checked(reverse), "the box didn't take the toggle"
         assert program.signs_after(lambda: act(send_at, "Press"), b"XY"), \
             "Send@ still reverses after the toggle"
+        pending.set_text_contents("w" * 40)
+        assert program.signs_after(lambda: act(send_at, "Press"), b"\x01 \x22 " + b"w" * 40 + b"\x01"), \
+            "a plain row longer than the sign was cut"
 
         # The adapter is pulled out, then plugged back in under the same name.
         program.sign.hang_up()
