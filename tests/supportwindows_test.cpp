@@ -80,6 +80,7 @@ TEST_F(Prefs, BoxesActOnChangeCancelWritesNothingAndApplyWritesEveryKey) {
     tavo.ExitDisplayTask = 2;
     form.formLoad();
     EXPECT_EQ(form.c.exitOption, 2);
+    EXPECT_EQ(form.c.lbObfuscateTypeIndex, 0) << "the hidden list holds the stored type";
     EXPECT_TRUE(form.c.tbStartupBarkerEnabled) << "an unticked box fires nothing at load";
     form.setStartupBarkerBox(1);
     form.setStartupBarkerBox(0);
