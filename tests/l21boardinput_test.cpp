@@ -157,9 +157,13 @@ struct SimBoard : ::testing::Test {
         board = std::make_unique<SimulatedBoard>(settings, rec, [this] { return now; });
         setUp();
     }
+    // The setup's first command comes a moment before the one that starts output.
     void setUp() {
-        std::uint8_t second = 0;
-        for (std::uint8_t command : {0x5A, 0x2F}) board->AEC_PCTC_SEND_COMMAND(command, second, at);
+        std::uint8_t second = 0, first = 0x5A, start = 0x2F;
+        now -= 50;
+        board->AEC_PCTC_SEND_COMMAND(first, second, at);
+        now += 50;
+        board->AEC_PCTC_SEND_COMMAND(start, second, at);
     }
     std::uint8_t read1(BoardRegister reg) {
         std::uint8_t v = 0;

@@ -55,6 +55,7 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
         {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xE2\x41\x80\n", {"\xE2\x41\x80"}},
+        {"1\n00:00:01,000 --> 00:00:02,000\n\xE2\x80\x41\n", {"\xE2\x80\x41"}},
         {"WEBVTT - a title\nKind: captions\n\nSTYLE\n::cue { color: yellow }\n\n"
          "NOTE by hand\nsecond line\n\nintro\n00:01.000 --> 00:02.000 line:0 align:start\n"
          "<v Roger>Hi there</v>&nbsp;<c.loud>you</c>\n<00:01.500>and <ruby>kan<rt>ji</rt></ruby>\n"
