@@ -15,8 +15,7 @@ void Tavo::resetState() {
     Obfuscate = false;
     vbCrLf = "\r\n";
     bStopCapture = false;
-    rawQueueIn = 1;
-    rawQueueOut = 1;
+    emptyQueue();
 }
 
 // Selecting the line-21 serial filter at the end opens its port and enters the

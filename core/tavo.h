@@ -47,6 +47,8 @@ class Tavo {
     std::string getExternalTextTrimmed(std::int16_t i);
     void doStatus(const std::string& s);
     bool queueEmpty() const { return rawQueueIn == rawQueueOut; }
+    // Drops whatever is queued: a port that opens starts from an empty ring.
+    void emptyQueue() { rawQueueIn = rawQueueOut = 1; }
     // Bytes a producer may still queue before it would overwrite unread ones:
     // one slot stays free, since full and empty look alike to the cursors.
     int queueRoom() const {

@@ -77,8 +77,7 @@ void L21SerialInput::cmdPortOpen_Click() {
     cmdShowNM_Click();
     cmdShowDM_Click();
     if (!m_link.isPortOpen()) return;
-    m_tavo.rawQueueIn = 1;
-    m_tavo.rawQueueOut = 1;
+    m_tavo.emptyQueue();
     m_tavo.captureLoop();
 }
 

@@ -4,7 +4,6 @@ namespace zelvan {
 
 AsciiInput::AsciiInput(Tavo& tavo, SerialPort& port, AsciiView& view)
     : m_tavo(tavo), m_view(view), m_link(kAsciiLink, port, tavo, view) {
-    filter.reset();
     m_link.refreshSetupCaption();
 }
 
@@ -32,8 +31,7 @@ void AsciiInput::cmdPortOpen_Click() {
     }
     m_link.openPort();
     if (!m_link.isPortOpen()) return;
-    m_tavo.rawQueueIn = 1;
-    m_tavo.rawQueueOut = 1;
+    m_tavo.emptyQueue();
     m_tavo.captureLoop();
 }
 

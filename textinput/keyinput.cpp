@@ -9,11 +9,6 @@ constexpr std::uint8_t kBackspace = 8;
 
 KeyInput::KeyInput(Tavo& tavo, KeyView& view) : m_tavo(tavo), m_view(view) {
     m_timerNotify = m_tavo.dispatch().makeTimer([this] { notify(false, ""); });
-    // Window load: cursor home, rows blank.
-    rows.iCurRow = 1;
-    rows.iCurCol = 1;
-    rows.clearRows();
-    rows.bClearRows = false;
 }
 
 void KeyInput::showForm() {
@@ -116,7 +111,6 @@ void KeyInput::storePrintable(char c) {
         return;
     }
     rows.put(c);
-    sCarry.clear();
     bCarry = false;
 }
 

@@ -61,7 +61,6 @@ TdsInput::TdsInput(Tavo& tavo, TdsView& view)
           [this](const Rows& rows) { showPlayed(rows); }) {
     // Blanking the rows here also brings the cursor home.
     m_rows.bClearHomesCursor = true;
-    m_filter.reset();
     m_player.onChange = [this] { playerMoved(); };
 }
 

@@ -81,39 +81,20 @@ std::int16_t findWrapPoint(std::string_view line, std::int16_t wrapWidth) {
 }
 
 // Only a plain decimal number counts: strtod alone would also take "inf",
-// "nan" and hexadecimal.
+// "nan" and hexadecimal, so the number must start with a digit or a point and
+// a digit, and "0x" is the number 0.
 std::int16_t parseWrapWidth(std::string_view text) {
-    auto digits = [&](std::size_t i) {
-        while (i < text.size() && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-        return i;
+    const std::string s(text.substr(std::min(text.find_first_not_of(" \t"), text.size())));
+    const std::size_t i = !s.empty() && (s[0] == '+' || s[0] == '-') ? 1 : 0;
+    const auto digitAt = [&](std::size_t k) {
+        return k < s.size() && std::isdigit(static_cast<unsigned char>(s[k]));
     };
-    std::size_t start = text.find_first_not_of(" \t");
-    if (start == std::string_view::npos) return 0;
-    std::size_t i = start + ((text[start] == '+' || text[start] == '-') ? 1 : 0);
-    const std::size_t intEnd = digits(i);
-    std::size_t end = intEnd;
-    if (end < text.size() && text[end] == '.') end = digits(end + 1);
-    if (intEnd == i && end <= intEnd + 1) return 0;  // no digit at all
-    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-        std::size_t e = end + 1;
-        if (e < text.size() && (text[e] == '+' || text[e] == '-')) ++e;
-        if (digits(e) > e) end = digits(e);
-    }
-    const std::string number(text.substr(start, end - start));
-    const double v = std::nearbyint(std::strtod(number.c_str(), nullptr));  // ties to even
+    if (!digitAt(i) && !(digitAt(i + 1) && s[i] == '.')) return 0;
+    if (s[i] == '0' && i + 1 < s.size() && (s[i + 1] == 'x' || s[i + 1] == 'X')) return 0;
+    const double v = std::nearbyint(std::strtod(s.c_str(), nullptr));  // ties to even
     if (!(v > 0)) return 0;
     if (v >= INT16_MAX) return INT16_MAX;
     return static_cast<std::int16_t>(v);
-}
-
-void AsciiFilter::reset() {
-    m_rows.iCurRow = 1;
-    m_rows.iCurCol = 1;
-    m_rows.clearRows();
-    m_rows.bClearRows = false;
-    bLineEnded = false;
-    sCarry.clear();
-    bCarry = false;
 }
 
 std::int16_t AsciiFilter::FilterAscii(const std::string& inString, std::string& outString) {

@@ -79,8 +79,6 @@ class AsciiFilter {
 
     // One character in, a style out; a finished line (32 characters) or "".
     std::int16_t FilterAscii(const std::string& inString, std::string& outString);
-    // Window creation and load: cursor home, rows blank, flags down.
-    void reset();
     // The width that the wrap width box gives (parseWrapWidth). It is kept
     // and shown, but a serial line is never cut before the row is full: the
     // box may be empty or 0 while the operator retypes it, and a sender's
