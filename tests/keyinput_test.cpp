@@ -61,8 +61,27 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     EXPECT_EQ(parseWrapWidth(" 12abc"), 12);
     EXPECT_EQ(parseWrapWidth("2e1"), 20);
     EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
-    EXPECT_EQ(parseWrapWidth("wide") + parseWrapWidth("inf") + parseWrapWidth("-5"), 0);
+    EXPECT_EQ(parseWrapWidth("+.7"), 1);
+    for (const char* none : {"wide", "inf", "nan", "-5", "0x20", " ", ".", "-.e5"})
+        EXPECT_EQ(parseWrapWidth(none), 0) << none;
     EXPECT_EQ(parseWrapWidth("1e300"), 32767);  // beyond 16 bits: the largest width
+}
+
+// Rows count from 1 to 15 and columns from 1 to 32; nothing outside is read
+// or written.
+TEST(TextRowsTest, OnlyTheRowsAndColumnsOfTheSignHoldText) {
+    TextRows rows;
+    rows.setRow(0, "zero");
+    rows.setRow(16, "sixteen");
+    EXPECT_EQ(rows.row(0) + rows.row(16), "");
+    for (auto [row, col] : {std::pair{0, 1}, {16, 1}, {1, 0}, {1, 33}, {15, 32}}) {
+        rows.iCurRow = static_cast<std::int16_t>(row);
+        rows.iCurCol = static_cast<std::int16_t>(col);
+        rows.put('x');
+    }
+    TextRows expected;
+    expected.setRow(15, std::string(31, ' ') + "x");
+    EXPECT_EQ(rows.rowsAsText(), expected.rowsAsText());
 }
 
 struct FakeKeyView : KeyView {
