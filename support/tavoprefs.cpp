@@ -9,7 +9,7 @@ void PrefsForm::formLoad() {
     setStartupBarkerBox(m_tavo.DoStartupBarker ? 1 : 0);
     setCaptionText(m_tavo.StartupBarker);
     const int task = m_tavo.ExitDisplayTask;
-    c.exitOption = task >= 0 && task <= 2 ? task : -1;
+    c.exitOption = task >= 0 && task <= 2 ? std::optional<int>(task) : std::nullopt;
     setObfuscateBox(m_tavo.Obfuscate ? 1 : 0);
     chkObfuscate_Click();
 }
@@ -54,7 +54,7 @@ void PrefsForm::applyPrefs() {
     m_tavo.BeepOnMessage = c.chkBeepOnMessage == 1;
     m_tavo.DoStartupBarker = c.chkStartupBarker == 1;
     m_tavo.StartupBarker = c.tbStartupBarker;
-    m_tavo.ExitDisplayTask = static_cast<std::int16_t>(c.exitOption >= 0 ? c.exitOption : 0);
+    m_tavo.ExitDisplayTask = static_cast<std::int16_t>(c.exitOption.value_or(0));
     m_tavo.Obfuscate = c.chkObfuscate == 1;
     if (c.lbObfuscateTypeIndex >= 0)
         m_tavo.ObfuscateType = static_cast<std::int16_t>(c.lbObfuscateTypeIndex);

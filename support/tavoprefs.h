@@ -4,6 +4,7 @@
 // window shows this state and hands each click to it; tests drive it alone.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace zelvan {
@@ -15,7 +16,7 @@ struct PrefsControls {
     int chkStartupBarker = 0;
     std::string tbStartupBarker;
     bool tbStartupBarkerEnabled = true;
-    int exitOption = -1;  // which of rbExitDispNOP/STB/CLS is set, 0-2, or none
+    std::optional<int> exitOption;  // which of rbExitDispNOP/STB/CLS is set, 0-2
     int chkObfuscate = 0;
     bool lbObfuscateTypeVisible = false;
     int lbObfuscateTypeIndex = -1;  // -1: no entry selected

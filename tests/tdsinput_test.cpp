@@ -74,6 +74,8 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
         {utf16(u"1\r\n00:00:01,000 --> 00:00:02,000\r\nCaf\u00e9 \u266a\U0001F600", true),
          {"Caf\xE9 \x95?"}},
         {utf16(u"Caf\u00e9 \u20ac", false), {"Caf\xE9 \x80"}},
+        {utf16(u"A\U0001F400", true) + "B", {"A?"}},  // a low half of 0xDC00; an odd last byte
+        {"1\n00:00:01,000 --> 00:00:02,000\n\xF5\x80\x80\x80\n", {"\xF5\x80\x80\x80"}},
     };
     for (const auto& [file, captions] : cases) EXPECT_EQ(read(file), captions) << file;
     Captions list{"kept"};
@@ -101,7 +103,7 @@ struct FakeTdsView : TdsView {
     void setOffsetText(const std::string&) override {}
     void setDisplayedText(const std::string& text) override { displayed = text; }
     void setOnDeckText(const std::string& text) override { onDeck = text; }
-    void focusSend() override {}
+    void focusSend() override { ++focused; }
     void showHelp() override {}
     void showPlayState(bool enabled, bool playing) override {
         play = !enabled ? "disabled" : playing ? "Pause" : "Play";
@@ -111,6 +113,7 @@ struct FakeTdsView : TdsView {
 
     std::optional<std::string> answer;
     std::string fileName, displayed, onDeck, play, clock;
+    int focused = 0;
 };
 
 struct TdsInputTest : ::testing::Test {
@@ -178,6 +181,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     input.rewind();
     input.rewind();
     EXPECT_EQ(view.onDeck, "Caption 1") << "caption 1 is the floor";
+    EXPECT_EQ(view.focused, 4) << "Open, Send and Rewind hand the keys back to Send";
     EXPECT_EQ(shown(), "1:");
     EXPECT_EQ(view.displayed, "");
     for (int i = 0; i < 5; ++i) input.send();

@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view kCrLf = "\r\n";
 constexpr std::string_view kBom = "\xEF\xBB\xBF";
 constexpr std::string_view kTimingArrow = "-->";
+constexpr char32_t kMusicNote = U'\u266A';
 
 std::string_view withoutBom(std::string_view file) {
     if (file.substr(0, kBom.size()) == kBom) file.remove_prefix(kBom.size());
@@ -171,7 +172,8 @@ constexpr NamedEntity kEntities[] = {
 };
 
 // A numeric reference's character, or nothing for one that names no
-// printable character of the basic plane.
+// printable character of the code page (the music note counts: the sign
+// shows it).
 char32_t numericEntity(std::string_view digits) {
     const bool hex = !digits.empty() && (digits.front() == 'x' || digits.front() == 'X');
     if (hex) digits.remove_prefix(1);
@@ -185,8 +187,8 @@ char32_t numericEntity(std::string_view digits) {
         value = value * (hex ? 16 : 10) + static_cast<std::uint32_t>(d);
     }
     const bool printable = value >= 0x20 && value != 0x7F && (value < 0x80 || value >= 0xA0);
-    if (!printable || value > 0xFFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
-    return value;
+    const bool known = codepage::fromUnicode(value) || value == kMusicNote;
+    return printable && known ? value : 0;
 }
 
 // The character of the reference at the start of `s` ("&amp;"), and its
@@ -238,7 +240,7 @@ std::size_t tagLength(std::string_view s) {
 // The music note of subtitles, "♪", becomes the system's music note
 // (the code page's bullet, code 149), which the sign shows as its note glyph.
 std::string withMusicNotes(std::string_view utf8) {
-    constexpr std::string_view kNote = "\xE2\x99\xAA";
+    constexpr std::string_view kNote = "\xE2\x99\xAA";  // kMusicNote
     constexpr std::string_view kBullet = "\xE2\x80\xA2";
     std::string out(utf8);
     for (std::size_t at = 0; (at = out.find(kNote, at)) != std::string::npos; at += kBullet.size())
