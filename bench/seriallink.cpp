@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 #include "support/quietprogram.h"
 #include "support/recordinglinkview.h"
 
@@ -15,7 +15,7 @@ void BM_ReceiveBurst(benchmark::State& state) {
     testing::QuietProgram program;
     auto& [dispatch, store, tone, tavo, port] = program;
     testing::RecordingLinkView view;
-    SerialLink link(kL21Link, port, tavo, view);
+    SerialLink link(kL21Link, port, tavo.linkContext(), view);
     link.openPort();
     const std::string burst(static_cast<std::size_t>(state.range(0)), '\x41');
     for (auto _ : state) {

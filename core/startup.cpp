@@ -6,8 +6,7 @@
 namespace zelvan {
 
 void Tavo::doubleBeep() {
-    m_tone.play(740, 250);
-    m_tone.play(400, 250);
+    zelvan::doubleBeep(m_tone);
 }
 
 void Tavo::resetState() {

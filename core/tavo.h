@@ -11,6 +11,7 @@
 #include "core/displayoutput.h"
 #include "core/inputfilter.h"
 #include "core/mainview.h"
+#include "link/capturesink.h"
 #include "platform/eventdispatch.h"
 #include "platform/settingsstore.h"
 #include "platform/tone.h"
@@ -26,7 +27,7 @@ inline constexpr int kBarkerSlots = 3;
 // The longest a capture turn sleeps while a board is to be read.
 inline constexpr int kBoardPollMs = 3;
 
-class Tavo {
+class Tavo : public CaptureSink {
   public:
     Tavo(EventDispatch& dispatch, SettingsStore& store, Tone& tone);
     ~Tavo();
@@ -34,15 +35,15 @@ class Tavo {
     Tavo& operator=(const Tavo&) = delete;
 
     // --- the capture pipeline ---
-    void queueByte(std::uint8_t b);
+    void queueByte(std::uint8_t b) override;
     std::string dequeueByte();
     void captureLoop();
-    void stopCapture() { bStopCapture = true; }
+    void stopCapture() override { bStopCapture = true; }
     void pollInput();
     void drainQueue();
     void startWaitTimer(std::int16_t ms);
     // Waits ms without stopping input: bytes keep flowing meanwhile.
-    void timedWait(std::int16_t ms);
+    void timedWait(std::int16_t ms) override;
     std::string getExternalText(std::int16_t i);
     std::string getExternalTextTrimmed(std::int16_t i);
     void doStatus(const std::string& s);
@@ -51,7 +52,7 @@ class Tavo {
     void emptyQueue() { rawQueueIn = rawQueueOut = 1; }
     // Bytes a producer may still queue before it would overwrite unread ones:
     // one slot stays free, since full and empty look alike to the cursors.
-    int queueRoom() const {
+    int queueRoom() const override {
         return kRawQueueSize - 1 - (rawQueueIn - rawQueueOut + kRawQueueSize) % kRawQueueSize;
     }
 
@@ -72,6 +73,7 @@ class Tavo {
 
     EventDispatch& dispatch() { return m_dispatch; }
     SettingsStore& store() { return m_store; }
+    LinkContext linkContext() { return {m_dispatch, m_store, *this, m_tone}; }
 
     // The ring and its one-based cursors.
     std::array<std::uint8_t, kRawQueueSize> rawQueue{};

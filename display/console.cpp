@@ -34,7 +34,7 @@ DisplayConsole::DisplayConsole(Tavo& tavo, SerialPort& port, SerialLinkView& lin
     : m_tavo(tavo),
       m_port(port),
       m_view(view),
-      m_link(kDisplayLink, port, tavo, linkView),
+      m_link(kDisplayLink, port, tavo.linkContext(), linkView),
       m_engine(tavo, *this) {
     m_engine.setListener(this);
     m_timerDebounceCD = tavo.dispatch().makeTimer([this] { timerDebounceCD_Timer(); });

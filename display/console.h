@@ -17,7 +17,7 @@
 
 #include "display/displaylink.h"
 #include "display/lineoutput.h"
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 
 namespace zelvan {
 

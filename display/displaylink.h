@@ -9,9 +9,6 @@
 
 namespace zelvan {
 
-// The reminder of the display window when a frame meets a closed port.
-inline constexpr const char* kOpenPortFirst = "Open port first.";
-
 class DisplayLink {
   public:
     virtual ~DisplayLink() = default;

@@ -21,8 +21,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/tavo.h"
 #include "platform/qtext.h"
 #include "platform/qtmessagebox.h"
+#include "support/frmserialconfig.h"
 
 namespace zelvan {
 
@@ -110,7 +112,7 @@ frmOutDW::frmOutDW(Tavo& tavo, Shell& shell)
     : QMainWindow(nullptr, Qt::Window),
       m_tavo(tavo),
       m_shell(shell),
-      SerialPortOut(tavo.dispatch(), tavo.store(), this),
+      SerialPortOut(tavo.dispatch(), tavo.store()),
       m_console(tavo, SerialPortOut, *this, *this) {
     setObjectName(QStringLiteral("frmOutDW"));
     setWindowTitle(QStringLiteral("Halvane Display"));
@@ -400,6 +402,10 @@ void frmOutDW::setSetupCaption(const std::string& text, const std::string& refus
 
 void frmOutDW::setNotice(const std::string& text) {
     m_statusPanel->setText(toQString(text));
+}
+
+std::optional<PortSetup> frmOutDW::askPortSetup(const PortSetup& current) {
+    return zelvan::askPortSetup(current, m_tavo.store(), this);
 }
 
 QString frmOutDW::noticeText() const {

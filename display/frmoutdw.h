@@ -48,6 +48,7 @@ class frmOutDW : public QMainWindow,
     void setSetupCaption(const std::string& text, const std::string& refusal) override;
     void showReminder(bool) override {}  // the display reminds by notice
     void setNotice(const std::string& text) override;
+    std::optional<PortSetup> askPortSetup(const PortSetup& current) override;
 
     DisplayConsole& console() { return m_console; }
     // For tests and screenshots: what the operator reads in the status bar.

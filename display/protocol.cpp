@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/readable.h"
+#include "link/seriallink.h"
 
 namespace zelvan {
 

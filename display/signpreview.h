@@ -14,8 +14,8 @@
 
 #include <string>
 
-#include "display/seriallink.h"
 #include "display/signmodel.h"
+#include "link/seriallink.h"
 
 namespace zelvan {
 

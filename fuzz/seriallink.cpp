@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 #include "support/quietprogram.h"
 #include "support/recordinglinkview.h"
 
@@ -20,7 +20,7 @@ struct Harness : testing::QuietProgram {
     testing::RecordingLinkView view;
     SerialLink link;
 
-    explicit Harness(const LinkProfile& profile) : link(profile, port, tavo, view) {}
+    explicit Harness(const LinkProfile& profile) : link(profile, port, tavo.linkContext(), view) {}
 
     void act(std::uint8_t op, std::uint8_t arg) {
         switch (op % 16) {

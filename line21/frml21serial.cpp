@@ -19,9 +19,7 @@
 namespace zelvan {
 
 frmL21Serial::frmL21Serial(Tavo& tavo, InL21& memory, Shell& shell)
-    : QWidget(nullptr, Qt::Window),
-      m_shell(shell),
-      SerialPort(tavo.dispatch(), tavo.store(), this) {
+    : QWidget(nullptr, Qt::Window), m_shell(shell), SerialPort(tavo.dispatch(), tavo.store()) {
     setObjectName(QStringLiteral("frmL21Serial"));
     setWindowTitle(QString::fromLatin1(kL21SerialTitle));
     buildControls();
@@ -119,9 +117,13 @@ void frmL21Serial::bindControls() {
     new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { m_shell.showHelp(); });
 }
 
-// A new setup window at each click; the one before goes.
+// A new setup window at each click, modeless; the one before goes. OK
+// applies its choice to the link, which renews the button's caption.
 void frmL21Serial::cmdPortSetup_Click() {
-    m_setup = std::make_unique<frmSerialConfig>(m_input->link());
+    SerialLink& link = m_input->link();
+    m_setup = std::make_unique<frmSerialConfig>(link.currentSetup(), link.store());
+    frmSerialConfig* setup = m_setup.get();
+    connect(setup, &QDialog::accepted, this, [&link, setup] { link.applySetup(setup->choice()); });
     m_setup->show();
 }
 

@@ -5,7 +5,10 @@
 namespace zelvan {
 
 L21SerialInput::L21SerialInput(Tavo& tavo, InL21& memory, SerialPort& port, L21SerialView& view)
-    : m_tavo(tavo), m_memory(memory), m_view(view), m_link(kL21Link, port, tavo, view) {
+    : m_tavo(tavo),
+      m_memory(memory),
+      m_view(view),
+      m_link(kL21Link, port, tavo.linkContext(), view) {
     m_flushTimer = m_tavo.dispatch().makeTimer([this] { TimerFlushTimer_Timer(); });
     m_flushTimer->setInterval(kFlushMs);
     m_flushTimer->setEnabled(false);

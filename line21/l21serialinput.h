@@ -14,9 +14,9 @@
 
 #include "core/inputfilter.h"
 #include "core/tavo.h"
-#include "display/seriallink.h"
 #include "line21/inl21.h"
 #include "line21/l21view.h"
+#include "link/seriallink.h"
 #include "platform/serialport.h"
 
 namespace zelvan {

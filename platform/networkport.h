@@ -44,7 +44,6 @@ class NetworkPort : public QObject, public SerialPort {
     void purgeBuffers() override;
     std::uint8_t readByte() override;
     void write(const std::string& bytes) override;
-    void setupDialog() override {}
     std::string deviceName() const override { return m_entry; }
 
   private:

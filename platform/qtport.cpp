@@ -2,12 +2,11 @@
 
 #include "platform/networkport.h"
 #include "platform/qtserialport.h"
-#include "platform/serialsetupdialog.h"
 
 namespace zelvan {
 
-QtPort::QtPort(EventDispatch& dispatch, SettingsStore& store, QWidget* dialogParent)
-    : m_dispatch(dispatch), m_store(store), m_dialogParent(dialogParent) {}
+QtPort::QtPort(EventDispatch& dispatch, SettingsStore& store)
+    : m_dispatch(dispatch), m_store(store) {}
 
 QtPort::~QtPort() = default;
 
@@ -31,7 +30,7 @@ void QtPort::useLine(const Device& device, const std::string& entry) {
     m_line.reset();
     m_device = device;
     if (std::holds_alternative<SerialDevice>(device))
-        m_line = std::make_unique<QtSerialPort>(m_dispatch, m_store, m_dialogParent);
+        m_line = std::make_unique<QtSerialPort>(m_dispatch, m_store);
     else
         m_line = std::make_unique<NetworkPort>(m_dispatch, device, entry);
     passSettings();
@@ -85,11 +84,6 @@ void QtPort::purgeBuffers() {
 
 void QtPort::write(const std::string& bytes) {
     if (m_line) m_line->write(bytes);
-}
-
-void QtPort::setupDialog() {
-    SerialSetupDialog dialog(*this, m_store, m_dialogParent);
-    dialog.exec();
 }
 
 std::string QtPort::deviceName() const {

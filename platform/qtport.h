@@ -11,13 +11,11 @@
 #include "platform/serialport.h"
 #include "platform/settingsstore.h"
 
-class QWidget;
-
 namespace zelvan {
 
 class QtPort : public SerialPort {
   public:
-    QtPort(EventDispatch& dispatch, SettingsStore& store, QWidget* dialogParent = nullptr);
+    QtPort(EventDispatch& dispatch, SettingsStore& store);
     ~QtPort() override;
 
     std::int32_t openState() const override { return m_line ? m_line->openState() : 0; }
@@ -28,7 +26,6 @@ class QtPort : public SerialPort {
     void purgeBuffers() override;
     std::uint8_t readByte() override { return m_line ? m_line->readByte() : 0; }
     void write(const std::string& bytes) override;
-    void setupDialog() override;
     std::string deviceName() const override;
 
   private:
@@ -40,7 +37,6 @@ class QtPort : public SerialPort {
 
     EventDispatch& m_dispatch;
     SettingsStore& m_store;
-    QWidget* m_dialogParent;
     std::unique_ptr<SerialPort> m_line;
     Device m_device;
 };

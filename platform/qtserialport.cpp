@@ -11,7 +11,6 @@
 
 #include "platform/devicemap.h"
 #include "platform/qtext.h"
-#include "platform/serialsetupdialog.h"
 
 namespace zelvan {
 
@@ -58,8 +57,8 @@ std::string permissionAdvice(const QByteArray& path) {
 
 }  // namespace
 
-QtSerialPort::QtSerialPort(EventDispatch& dispatch, SettingsStore& store, QWidget* dialogParent)
-    : m_dispatch(dispatch), m_store(store), m_dialogParent(dialogParent) {
+QtSerialPort::QtSerialPort(EventDispatch& dispatch, SettingsStore& store)
+    : m_dispatch(dispatch), m_store(store) {
     // readyRead itself arrives inside a yield, so the receive event runs at
     // once: the bytes are on the ring before the yield returns, and the drain
     // that follows sends their frames before any window repaints.
@@ -237,11 +236,6 @@ void QtSerialPort::write(const std::string& bytes) {
     // Out now, not at the next turn of the event loop, which may first repaint
     // every window: a frame must not wait behind the screen.
     m_serial.flush();
-}
-
-void QtSerialPort::setupDialog() {
-    SerialSetupDialog dialog(*this, m_store, m_dialogParent);
-    dialog.exec();
 }
 
 void QtSerialPort::onError(QSerialPort::SerialPortError error) {

@@ -16,8 +16,6 @@
 #include "platform/serialport.h"
 #include "platform/settingsstore.h"
 
-class QWidget;
-
 namespace zelvan {
 
 class QtSerialPort : public QObject, public SerialPort {
@@ -26,7 +24,7 @@ class QtSerialPort : public QObject, public SerialPort {
     // How soon bytes a receive handler left behind are offered again.
     static constexpr int kReceiveRetryMs = 2;
 
-    QtSerialPort(EventDispatch& dispatch, SettingsStore& store, QWidget* dialogParent = nullptr);
+    QtSerialPort(EventDispatch& dispatch, SettingsStore& store);
     ~QtSerialPort() override;
 
     std::int32_t openState() const override { return m_serial.isOpen() ? 1 : 0; }
@@ -38,7 +36,6 @@ class QtSerialPort : public QObject, public SerialPort {
     void purgeBuffers() override;
     std::uint8_t readByte() override;
     void write(const std::string& bytes) override;
-    void setupDialog() override;
     std::string deviceName() const override;
 
   private:
@@ -58,7 +55,6 @@ class QtSerialPort : public QObject, public SerialPort {
 
     EventDispatch& m_dispatch;
     SettingsStore& m_store;
-    QWidget* m_dialogParent;
     QSerialPort m_serial;
     QTimer m_carrierPoll;
     // Wakes a caller that waits for txCount to fall while the system's queue

@@ -28,6 +28,14 @@ struct PortSettings {
     bool operator==(const PortSettings&) const = default;
 };
 
+// What a setup dialog shows and gives back: the line settings and the device
+// entry behind the port number (empty: leave the map as it is).
+struct PortSetup {
+    PortSettings settings;
+    std::string device;
+    bool operator==(const PortSetup&) const = default;
+};
+
 class SerialPort {
   public:
     virtual ~SerialPort() = default;
@@ -71,9 +79,6 @@ class SerialPort {
     virtual std::uint8_t readByte() = 0;
     // Queues the bytes for sending and returns at once; dropped on a closed port.
     virtual void write(const std::string& bytes) = 0;
-    // The component's own settings dialog; on return the properties hold the choice.
-    virtual void setupDialog() = 0;
-
     // Why the last open or close failed, or why the port was lost, in words an
     // operator can act on; empty when nothing failed.
     const std::string& lastError() const { return m_lastError; }

@@ -10,6 +10,12 @@ class Tone {
     virtual void play(int hz, int ms) = 0;
 };
 
+// The two-tone beep of a notice or a message.
+inline void doubleBeep(Tone& tone) {
+    tone.play(740, 250);
+    tone.play(400, 250);
+}
+
 // No sound and no time taken: for benchmarks and fuzzing, where a beep would
 // only stand in the way.
 class SilentTone : public Tone {

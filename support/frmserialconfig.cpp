@@ -19,30 +19,32 @@ void fill(QComboBox* box, const std::array<PortChoice, N>& choices) {
     for (const PortChoice& c : choices) box->addItem(QString::fromLatin1(c.text), c.value);
 }
 
-// A list with no entry for the component's value shows no selection, and OK
-// then leaves that value as it is: nothing sound can be chosen for the
-// operator, and this program never produces such values itself.
-void writeList(QComboBox* box, SerialPort& port, void (SerialPort::*set)(std::int32_t)) {
-    if (box->currentIndex() >= 0) (port.*set)(box->currentData().toInt());
+// A list with no entry for the starting value shows no selection and keeps
+// that value: nothing sound can be chosen for the operator, and this program
+// never produces such values itself.
+std::int32_t listValue(const QComboBox* box, std::int32_t kept) {
+    return box->currentIndex() >= 0 ? box->currentData().toInt() : kept;
 }
 
 }  // namespace
 
-frmSerialConfig::frmSerialConfig(SerialLink& link)
-    : QWidget(nullptr, Qt::Window), m_link(link), m_port(link.port()) {
+frmSerialConfig::frmSerialConfig(const PortSetup& current, const SettingsStore& store,
+                                 QWidget* parent)
+    : QDialog(parent), m_current(current), m_store(store) {
     setObjectName(QStringLiteral("frmSerialConfig"));
     setWindowTitle(QStringLiteral("Serial Port Setup"));
     buildLists();
-    loadFromPort();
+    load();
     connect(cmbPort, &QComboBox::currentIndexChanged, this, [this] { showDeviceOfSelectedPort(); });
-    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
+    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmSerialConfig::buildLists() {
     cmbPort = new QComboBox(this);
     for (int n = 1; n <= kDialogPorts; ++n) cmbPort->addItem(QStringLiteral("COM%1:").arg(n), n);
     cmbDevice = new DeviceChooser(this);
+    // Editable: a sign may want a rate the list doesn't name.
     cmbBaud = new QComboBox(this);
     cmbBaud->setEditable(true);
     fill(cmbBaud, kBaudChoices);
@@ -73,45 +75,39 @@ void frmSerialConfig::buildLists() {
     layout->addLayout(buttons);
 }
 
-void frmSerialConfig::loadFromPort() {
-    cmbPort->setCurrentIndex(m_port.port() >= 1 && m_port.port() <= kDialogPorts ? m_port.port() - 1
-                                                                                 : -1);
-    cmbBaud->setCurrentText(QString::number(m_port.baud()));
-    cmbParity->setCurrentIndex(choiceIndex(kParityChoices, m_port.parity()));
-    cmbDataBits->setCurrentIndex(choiceIndex(kDataBitsChoices, m_port.databits()));
-    cmbStopBits->setCurrentIndex(choiceIndex(kStopBitsChoices, m_port.stopbits()));
-    showDeviceOfSelectedPort();
+void frmSerialConfig::load() {
+    const PortSettings& s = m_current.settings;
+    cmbPort->setCurrentIndex(s.port >= 1 && s.port <= kDialogPorts ? s.port - 1 : -1);
+    cmbBaud->setCurrentText(QString::number(s.baud));
+    cmbParity->setCurrentIndex(choiceIndex(kParityChoices, s.parity));
+    cmbDataBits->setCurrentIndex(choiceIndex(kDataBitsChoices, s.databits));
+    cmbStopBits->setCurrentIndex(choiceIndex(kStopBitsChoices, s.stopbits));
+    cmbDevice->setPath(m_current.device);
 }
 
 void frmSerialConfig::showDeviceOfSelectedPort() {
-    const int port = cmbPort->currentIndex() >= 0 ? cmbPort->currentData().toInt() : m_port.port();
-    cmbDevice->setPath(devicePath(m_link.tavo().store(), port));
+    cmbDevice->setPath(devicePath(m_store, listValue(cmbPort, m_current.settings.port)));
 }
 
-void frmSerialConfig::cmdOK_Click() {
-    writeBack();
-    m_link.refreshSetupCaption();
-    hide();
-}
-
-void frmSerialConfig::cmdCancel_Click() {
-    hide();
-}
-
-// In the order port, baud, parity, data bits, stop bits. A baud text that
-// isn't a positive number keeps the old rate.
-void frmSerialConfig::writeBack() {
-    writeList(cmbPort, m_port, &SerialPort::setPort);
+PortSetup frmSerialConfig::choice() const {
+    PortSetup chosen = m_current;
+    PortSettings& s = chosen.settings;
+    s.port = listValue(cmbPort, s.port);
     bool ok = false;
     const int baud = cmbBaud->currentText().trimmed().toInt(&ok);
-    if (ok && baud > 0) m_port.setBaud(baud);
-    writeList(cmbParity, m_port, &SerialPort::setParity);
-    writeList(cmbDataBits, m_port, &SerialPort::setDatabits);
-    writeList(cmbStopBits, m_port, &SerialPort::setStopbits);
-    SettingsStore& store = m_link.tavo().store();
-    const std::string device = cmbDevice->path();
-    if (!device.empty() && device != devicePath(store, m_port.port()))
-        setDevicePath(store, m_port.port(), device);
+    if (ok && baud > 0) s.baud = baud;
+    s.parity = listValue(cmbParity, s.parity);
+    s.databits = listValue(cmbDataBits, s.databits);
+    s.stopbits = listValue(cmbStopBits, s.stopbits);
+    chosen.device = cmbDevice->path();
+    return chosen;
+}
+
+std::optional<PortSetup> askPortSetup(const PortSetup& current, const SettingsStore& store,
+                                      QWidget* parent) {
+    frmSerialConfig dialog(current, store, parent);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return dialog.choice();
 }
 
 }  // namespace zelvan

@@ -1,15 +1,16 @@
 #pragma once
-// "Serial Port Setup": the settings of the line-21 decoder's serial link, read
-// from and written straight to its component. OK writes the lists back and
-// renews the setup button's caption; Cancel writes nothing. Either hides the
-// window, which stays loaded until its owner replaces it.
-//
-// The decoder window owns it (one at a time, replaced at each click of its
-// setup button), so it never outlives the link it writes to.
+// "Serial Port Setup": the one setup dialog of the three serial links. It
+// starts from a link's current settings and device and gives back the
+// operator's choice as a value; the link applies it. The decoder window shows
+// it modeless (one at a time, replaced at each click of its setup button) and
+// applies the choice on OK; the ASCII and display windows run it modal
+// through askPortSetup. Cancel gives nothing back.
 
-#include <QWidget>
+#include <QDialog>
+#include <optional>
 
-#include "display/seriallink.h"
+#include "platform/serialport.h"
+#include "platform/settingsstore.h"
 
 class QComboBox;
 class QPushButton;
@@ -18,12 +19,15 @@ namespace zelvan {
 
 class DeviceChooser;
 
-class frmSerialConfig : public QWidget {
+class frmSerialConfig : public QDialog {
   public:
-    explicit frmSerialConfig(SerialLink& link);
+    // The store gives the device behind each port number the list offers.
+    frmSerialConfig(const PortSetup& current, const SettingsStore& store,
+                    QWidget* parent = nullptr);
 
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    // The lists as they stand; a list without a selection, or a baud text
+    // that isn't a positive number, keeps the value the dialog started from.
+    PortSetup choice() const;
 
     QComboBox* cmbPort;
     QComboBox* cmbBaud;
@@ -37,12 +41,15 @@ class frmSerialConfig : public QWidget {
 
   private:
     void buildLists();
-    void loadFromPort();
+    void load();
     void showDeviceOfSelectedPort();
-    void writeBack();
 
-    SerialLink& m_link;
-    SerialPort& m_port;
+    PortSetup m_current;
+    const SettingsStore& m_store;
 };
+
+// Runs the dialog modal over `parent`.
+std::optional<PortSetup> askPortSetup(const PortSetup& current, const SettingsStore& store,
+                                      QWidget* parent);
 
 }  // namespace zelvan

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 #include "support/fakes.h"
 #include "support/fakeserialport.h"
 #include "support/recordinglinkview.h"
@@ -18,7 +18,7 @@ struct LinkTest : ::testing::Test {
 
     void make(const LinkProfile& profile) {
         link.reset();  // a link going away unhooks the port's events
-        link = std::make_unique<SerialLink>(profile, port, rig.tavo, view);
+        link = std::make_unique<SerialLink>(profile, port, rig.tavo.linkContext(), view);
     }
     void openLink(const LinkProfile& profile) {
         make(profile);
@@ -45,7 +45,7 @@ TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
                                  {&kAsciiLink, "1:9600,n,8,1"},
                                  {&kDisplayLink, "2:9600,n,8,1"}}) {
         FakeSerialPort fresh(rig.dispatch);
-        SerialLink(*profile, fresh, rig.tavo, view).loadSettings();
+        SerialLink(*profile, fresh, rig.tavo.linkContext(), view).loadSettings();
         EXPECT_EQ(view.setupCaption, text) << profile->section;
     }
     make(kL21Link);  // saving the decoder's section stops its capture

@@ -3,7 +3,7 @@
 namespace zelvan {
 
 AsciiInput::AsciiInput(Tavo& tavo, SerialPort& port, AsciiView& view)
-    : m_tavo(tavo), m_view(view), m_link(kAsciiLink, port, tavo, view) {
+    : m_tavo(tavo), m_view(view), m_link(kAsciiLink, port, tavo.linkContext(), view) {
     m_link.refreshSetupCaption();
 }
 

@@ -17,6 +17,7 @@
 #include "core/windowplace.h"
 #include "platform/qtext.h"
 #include "platform/qtmessagebox.h"
+#include "support/frmserialconfig.h"
 
 namespace zelvan {
 
@@ -59,7 +60,7 @@ QPlainTextEdit* makePane(QWidget* parent) {
 frmInAscii::frmInAscii(Tavo& tavo, Shell& shell)
     : QWidget(nullptr, Qt::Window),
       m_shell(shell),
-      SerialPort(tavo.dispatch(), tavo.store(), this),
+      SerialPort(tavo.dispatch(), tavo.store()),
       m_dmRefresh([this] {
           const QString shown = toQString(m_dmText);
           if (rtbDM->toPlainText() != shown) rtbDM->setPlainText(shown);
@@ -159,6 +160,10 @@ void frmInAscii::showReminder(bool visible) {
 
 void frmInAscii::setNotice(const std::string& text) {
     lblNotice->setText(toQString(text));
+}
+
+std::optional<PortSetup> frmInAscii::askPortSetup(const PortSetup& current) {
+    return zelvan::askPortSetup(current, m_input->link().store(), this);
 }
 
 void frmInAscii::placeWindow() {

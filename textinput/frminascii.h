@@ -50,6 +50,7 @@ class frmInAscii : public QWidget, public InputFilter, public AsciiView {
     void setSetupCaption(const std::string& text, const std::string& refusal) override;
     void showReminder(bool visible) override;
     void setNotice(const std::string& text) override;
+    std::optional<PortSetup> askPortSetup(const PortSetup& current) override;
     void placeWindow() override;
     void showWindow() override;
     void hideWindow() override;

@@ -25,7 +25,6 @@ class FakeSerialPort : public SerialPort {
     void purgeBuffers() override;
     std::uint8_t readByte() override;
     void write(const std::string& bytes) override;
-    void setupDialog() override {}
     std::string deviceName() const override { return "/dev/fake0"; }
 
     // The next open (or close) fails and leaves the state as it was.

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "display/seriallink.h"
 #include "line21/l21serialinput.h"
+#include "link/seriallink.h"
 
 namespace zelvan::testing {
 
@@ -28,10 +28,12 @@ struct RecordingLinkViewOf : View {
     }
     void showReminder(bool visible) override { reminder = visible; }
     void setNotice(const std::string& text) override { notice = text; }
+    std::optional<PortSetup> askPortSetup(const PortSetup&) override { return setupAnswer; }
 
     std::vector<std::string> boxes, alerts, calls;
     std::string openCaption = kCaptionOpen, setupCaption, setupTip, notice;
     bool reminder = false;
+    std::optional<PortSetup> setupAnswer;  // the dialog's answer, or Cancel
 };
 
 using RecordingLinkView = RecordingLinkViewOf<SerialLinkView>;

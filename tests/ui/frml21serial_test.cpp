@@ -2,12 +2,15 @@
 // grid. (The program captures from the decoder box in endtoend_test.)
 
 #include <gtest/gtest.h>
+#include <QComboBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTextBlock>
 
 #include "line21/frml21serial.h"
 #include "platform/qtext.h"
+#include "support/frmserialconfig.h"
 #include "support/qtrig.h"
 
 namespace zelvan {
@@ -53,6 +56,16 @@ TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
     EXPECT_EQ(pane->verticalScrollBar()->maximum(), 0);
     const QRect paneBox(pane->mapTo(&window, QPoint(0, 0)), pane->size());
     EXPECT_TRUE(window.rect().contains(paneBox));
+}
+
+// The setup button opens the dialog modeless; its OK sets the link.
+TEST_F(FrmL21SerialTest, SetupWindowsOkSetsTheLinkAndItsButton) {
+    window.cmdPortSetup->click();
+    frmSerialConfig* setup = window.setupWindow();
+    ASSERT_TRUE(setup && setup->isVisible() && !setup->isModal());
+    setup->cmbBaud->setCurrentText(QStringLiteral("2400"));
+    setup->cmdOK->click();
+    EXPECT_EQ(window.cmdPortSetup->text(), QStringLiteral("1:2400,n,8,1"));
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
-// The decoder link's "Serial Port Setup" window over a fake port.
+// The "Serial Port Setup" dialog and the link that applies its choice, over a
+// fake port.
 
 #include <gtest/gtest.h>
 #include <QPushButton>
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 #include "platform/devicechooser.h"
 #include "platform/devicemap.h"
 #include "support/fakes.h"
@@ -14,27 +15,30 @@
 namespace zelvan {
 namespace {
 
-// Cancel leaves all alone; OK writes every list, maps the device typed in
-// (a default device stays unwritten), renews the caption and closes.
-TEST(SerialConfig, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
+// The dialog gives back what it started from unless the operator changes it;
+// the link writes every setting, maps the device typed in (a default device
+// stays unwritten) and renews the caption. Cancel gives nothing back.
+TEST(SerialConfig, OkGivesEveryListAndTheDeviceAndTheLinkAppliesThem) {
     testing::Rig rig;
     FakeSerialPort port{rig.dispatch};
     testing::RecordingLinkView view;
-    SerialLink link{kL21Link, port, rig.tavo, view};
+    SerialLink link{kL21Link, port, rig.tavo.linkContext(), view};
     link.loadSettings();  // 1:1200,o,7,1
     const PortSettings before = port.settings();
+    link.setup();  // the window's dialog cancelled
     {
-        frmSerialConfig form(link);
+        frmSerialConfig form(link.currentSetup(), rig.store);
         form.cmbBaud->setCurrentText("300");
-        form.cmbDevice->setPath("/dev/ttyUSB7");
         form.cmdCancel->click();
+        EXPECT_EQ(form.result(), QDialog::Rejected);
     }
-    frmSerialConfig(link).cmdOK->click();
+    view.setupAnswer = frmSerialConfig(link.currentSetup(), rig.store).choice();
+    link.setup();
     EXPECT_EQ(port.settings(), before);
     EXPECT_FALSE(rig.store.has(kDevicesSection, "COM1"));
 
     setDevicePath(rig.store, 2, "/dev/ttyUSB0");
-    frmSerialConfig form(link);
+    frmSerialConfig form(link.currentSetup(), rig.store);
     form.show();
     form.cmbPort->setCurrentIndex(3);
     EXPECT_EQ(form.cmbDevice->path(), "/dev/ttyS3");
@@ -49,10 +53,11 @@ TEST(SerialConfig, OkWritesEveryListMapsTheDeviceAndRenewsTheCaption) {
     form.cmbDataBits->setCurrentIndex(3);
     form.cmbStopBits->setCurrentIndex(2);
     form.cmdOK->click();
+    EXPECT_FALSE(form.isVisible());
+    link.applySetup(form.choice());
     EXPECT_EQ(port.settings(), (PortSettings{2, 19200, parity::kMark, 8, stopbits::kTwo}));
     EXPECT_EQ(devicePath(rig.store, 2), "/dev/serial/by-id/usb-caption-box");
     EXPECT_EQ(view.setupCaption, "2:19200,e,8,2");
-    EXPECT_FALSE(form.isVisible());
     EXPECT_EQ(port.openState(), 0);  // nothing opened or closed here
 }
 

@@ -6,7 +6,7 @@
 #include <QTcpSocket>
 #include <ctime>
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 #include "platform/devicemap.h"
 #include "platform/qtport.h"
 #include "support/qtrig.h"
@@ -21,7 +21,7 @@ struct NetworkPortTest : ::testing::Test, testing::QtRig {
     QTcpServer far;  // the serial server, or the caption writer's side
     QtPort port{dispatch, store};
     testing::RecordingLinkView view;
-    SerialLink link{kDisplayLink, port, tavo, view};
+    SerialLink link{kDisplayLink, port, tavo.linkContext(), view};
     std::string received;
     int backs = 0;
 

@@ -13,7 +13,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 #include "platform/devicemap.h"
 #include "platform/qtserialport.h"
 #include "support/pty.h"
@@ -107,7 +107,7 @@ TEST_F(QtPortTest, RefusedDeviceNamesTheGroupThatMayUseIt) {
 
 // More than the pty holds at once; the sign reads while the close waits.
 TEST_F(QtPortTest, DisplayCloseWaitsUntilTheFramesAreOut) {
-    SerialLink link(kDisplayLink, port, tavo, view);
+    SerialLink link(kDisplayLink, port, tavo.linkContext(), view);
     link.openPort();
     const std::string frames(20000, 'F');
     link.write(frames);
@@ -127,7 +127,7 @@ TEST_F(QtPortTest, VanishedDeviceIsToldOnceWithoutSpinningAndReopensWhenBack) {
     ASSERT_TRUE(QFile::link(QString::fromStdString(pty.slave), QString::fromStdString(alias)));
     setDevicePath(store, 1, alias);
 
-    SerialLink link(kAsciiLink, port, tavo, view);
+    SerialLink link(kAsciiLink, port, tavo.linkContext(), view);
     link.openPort();
     ASSERT_TRUE(waitFor([&] { return view.openCaption == "Close"; })) << port.lastError();
 

@@ -1,6 +1,6 @@
 // Serial link management for the three serial windows.
 
-#include "display/seriallink.h"
+#include "link/seriallink.h"
 
 #include <charconv>
 #include <utility>
@@ -43,10 +43,10 @@ std::string portSettingsString(const SerialPort& port) {
            stopText(port.stopbits());
 }
 
-SerialLink::SerialLink(const LinkProfile& profile, SerialPort& port, Tavo& tavo,
+SerialLink::SerialLink(const LinkProfile& profile, SerialPort& port, LinkContext context,
                        SerialLinkView& view)
-    : m_profile(profile), m_port(port), m_tavo(tavo), m_view(view) {
-    m_timerDummyMsg = m_tavo.dispatch().makeTimer([this] { showNotice(false, ""); });
+    : m_profile(profile), m_port(port), m_context(context), m_view(view) {
+    m_timerDummyMsg = m_context.dispatch.makeTimer([this] { showNotice(false, ""); });
     m_port.onState = [this](std::int32_t state) { onPortState(state); };
     m_port.onLost = [this] { onPortLost(); };
     if (m_profile.receives) m_port.onReceive = [this] { receive(); };
@@ -59,7 +59,7 @@ SerialLink::~SerialLink() {
 }
 
 void SerialLink::yieldTimes(int n) {
-    for (int i = 0; i < n; ++i) m_tavo.dispatch().yield();
+    for (int i = 0; i < n; ++i) m_context.dispatch.yield();
 }
 
 void SerialLink::openPort() {
@@ -101,17 +101,17 @@ void SerialLink::closeLine() {
 // the port's own progress both wake it.
 void SerialLink::waitForDrain() {
     bool expired = false;
-    auto bound = m_tavo.dispatch().makeTimer([&expired] { expired = true; });
+    auto bound = m_context.dispatch.makeTimer([&expired] { expired = true; });
     bound->setInterval(kDrainBoundMs);
     bound->setEnabled(true);
-    while (m_port.txCount() >= 1 && !expired) m_tavo.dispatch().yieldOrWait();
+    while (m_port.txCount() >= 1 && !expired) m_context.dispatch.yieldOrWait();
 }
 
 void SerialLink::hangUpPort() {
     if (!isPortOpen()) return;
-    m_tavo.timedWait(kHangUpPauseMs);
+    m_context.capture.timedWait(kHangUpPauseMs);
     put("+++");
-    m_tavo.timedWait(kHangUpPauseMs);
+    m_context.capture.timedWait(kHangUpPauseMs);
     put("ATH\r");
 }
 
@@ -131,7 +131,25 @@ void SerialLink::showReminder() {
 }
 
 void SerialLink::setup() {
-    m_port.setupDialog();
+    if (const std::optional<PortSetup> choice = m_view.askPortSetup(currentSetup()))
+        applySetup(*choice);
+    refreshSetupCaption();
+}
+
+PortSetup SerialLink::currentSetup() const {
+    return {m_port.settings(), devicePath(m_context.store, m_port.port())};
+}
+
+// A default device stays unwritten, so the map keeps only what the operator chose.
+void SerialLink::applySetup(const PortSetup& choice) {
+    const PortSettings& s = choice.settings;
+    m_port.setPort(s.port);
+    m_port.setBaud(s.baud);
+    m_port.setParity(s.parity);
+    m_port.setDatabits(s.databits);
+    m_port.setStopbits(s.stopbits);
+    if (!choice.device.empty() && choice.device != devicePath(m_context.store, s.port))
+        setDevicePath(m_context.store, s.port, choice.device);
     refreshSetupCaption();
 }
 
@@ -140,7 +158,7 @@ void SerialLink::refreshSetupCaption() {
 }
 
 void SerialLink::loadSettings() {
-    const SettingsStore& store = m_tavo.store();
+    const SettingsStore& store = m_context.store;
     const char* section = m_profile.section;
     const PortSettings& d = m_profile.defaults;
     m_port.setPort(readNumber(store, section, "port", d.port));
@@ -153,7 +171,7 @@ void SerialLink::loadSettings() {
 }
 
 void SerialLink::saveSettings() {
-    if (m_profile.stopsCaptureOnSave) m_tavo.stopCapture();
+    if (m_profile.stopsCaptureOnSave) m_context.capture.stopCapture();
     closePort();
     // A network link that lost its peer is closed but still waiting to get it
     // back; the link of a window put away must not come back by itself.
@@ -163,7 +181,7 @@ void SerialLink::saveSettings() {
 }
 
 void SerialLink::storeSettings() {
-    SettingsStore& store = m_tavo.store();
+    SettingsStore& store = m_context.store;
     const char* section = m_profile.section;
     store.set(section, "port", std::to_string(m_port.port()));
     store.set(section, "baud", std::to_string(m_port.baud()));
@@ -196,7 +214,7 @@ void SerialLink::showNotice(bool on, const std::string& text) {
     m_view.setNotice(m_notice);
     m_timerDummyMsg->setInterval(kNoticeMs);
     m_timerDummyMsg->setEnabled(true);
-    m_tavo.doubleBeep();
+    doubleBeep(m_context.tone);
 }
 
 // What is read is read before anything is queued. A fast sender (a replay, a
@@ -205,10 +223,10 @@ void SerialLink::showNotice(bool on, const std::string& text) {
 // raises another receive event for a later turn, so no byte is overwritten unread.
 void SerialLink::receive() {
     std::string bytes;
-    const int room = m_tavo.queueRoom();
+    const int room = m_context.capture.queueRoom();
     while (m_port.rxCount() >= 1 && static_cast<int>(bytes.size()) < room)
         bytes += static_cast<char>(m_port.readByte());
-    for (unsigned char b : bytes) m_tavo.queueByte(b);
+    for (unsigned char b : bytes) m_context.capture.queueByte(b);
 }
 
 // A network port gets a lost connection back by itself: what the loss
@@ -226,7 +244,7 @@ void SerialLink::onPortState(std::int32_t state) {
 // capture goes on, idle, until its bytes flow again.
 void SerialLink::onPortLost() {
     const bool comesBack = isNetworkDevice(m_port.deviceName());
-    if (m_profile.stopsCaptureWhenLost && !comesBack) m_tavo.bStopCapture = true;
+    if (m_profile.stopsCaptureWhenLost && !comesBack) m_context.capture.stopCapture();
     m_backOnOpen = whenLost && whenLost();
     std::string detail = m_port.lastError();
     if (!detail.empty()) detail += "\n";

@@ -2,23 +2,29 @@
 // One serial link of a window: the line-21 decoder window, the ASCII window
 // and the display window each own one, over their own serial port component.
 // It opens and closes the port, dials and hangs up a modem, loads and saves
-// the link's settings section, reads received bytes onto the capture ring and
+// the link's settings section, reads received bytes into a capture sink and
 // keeps the window's captions and notices in step with the port.
 //
 // The three windows differ in small ways, held as data in a LinkProfile.
+// Nothing here knows which window or filter it serves.
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "core/tavo.h"
-#include "display/displaylink.h"
+#include "link/capturesink.h"
+#include "platform/eventdispatch.h"
 #include "platform/serialport.h"
+#include "platform/settingsstore.h"
+#include "platform/tone.h"
 
 namespace zelvan {
 
 inline constexpr const char* kCouldntOpenPort = "Couldn't open port.";
+// The reminder when bytes meet a closed port.
+inline constexpr const char* kOpenPortFirst = "Open port first.";
 inline constexpr const char* kCouldntClosePort = "Couldn't close port.";
 inline constexpr const char* kPortLost = "The port has gone away.";
 inline constexpr const char* kPortLostAdvice = "Plug the device back in, then press Open.";
@@ -98,6 +104,9 @@ class SerialLinkView {
     virtual void showReminder(bool visible) = 0;
     // The window's notice: the display window's status bar, first panel.
     virtual void setNotice(const std::string& text) = 0;
+    // The setup dialog, modal, starting from `current`: the operator's choice,
+    // or nothing on Cancel. A window without one keeps the settings.
+    virtual std::optional<PortSetup> askPortSetup(const PortSetup&) { return std::nullopt; }
 };
 
 // Sees every byte the link puts on the line, in order, as it goes out: the
@@ -116,7 +125,8 @@ class SerialLink {
     // The view is called only after construction, so a window may pass itself
     // while it is still being built; it calls refreshSetupCaption once its
     // controls exist.
-    SerialLink(const LinkProfile& profile, SerialPort& port, Tavo& tavo, SerialLinkView& view);
+    SerialLink(const LinkProfile& profile, SerialPort& port, LinkContext context,
+               SerialLinkView& view);
     ~SerialLink();
     SerialLink(const SerialLink&) = delete;
     SerialLink& operator=(const SerialLink&) = delete;
@@ -128,9 +138,16 @@ class SerialLink {
     void hangUpPort();
     // The dial button, with the text of the dial string box.
     void dial(const std::string& dialText);
-    // The setup button of the ASCII and display windows: the component's own
-    // dialog. The decoder window opens its own setup window instead.
+    // The setup button of the ASCII and display windows: the view's dialog.
+    // The decoder window opens its setup window modeless and applies its
+    // choice itself.
     void setup();
+    // The settings and the device of the port number, as the dialog starts.
+    PortSetup currentSetup() const;
+    // Writes a dialog's choice into the component, in the order port, baud,
+    // parity, data bits, stop bits, maps the device and renews the caption.
+    // Nothing is opened or closed: an open port takes the settings at once.
+    void applySetup(const PortSetup& choice);
     void refreshSetupCaption();
     // Reads the section into the component (showForm).
     void loadSettings();
@@ -144,7 +161,7 @@ class SerialLink {
     void receive();
 
     SerialPort& port() { return m_port; }
-    Tavo& tavo() { return m_tavo; }
+    SettingsStore& store() { return m_context.store; }
     const LinkProfile& profile() const { return m_profile; }
     const std::string& notice() const { return m_notice; }
     // Runs when the device went away, after the port closed and before the
@@ -172,7 +189,7 @@ class SerialLink {
 
     const LinkProfile& m_profile;
     SerialPort& m_port;
-    Tavo& m_tavo;
+    LinkContext m_context;
     SerialLinkView& m_view;
     std::unique_ptr<Timer> m_timerDummyMsg;
     std::string m_notice;
