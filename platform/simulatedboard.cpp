@@ -21,7 +21,7 @@ bool parseNumber(const std::string& text, int base, long& value) {
 // A C hexadecimal address that the program probes, or the default.
 BoardAddress readAddress(const std::string& text, BoardAddress fallback) {
     long value = 0;
-    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    const bool hex = text.starts_with("0x") || text.starts_with("0X");
     if (!hex || !parseNumber(text.substr(2), 16, value)) return fallback;
     const auto* it = std::find(kBoardAddresses.begin(), kBoardAddresses.end(), value);
     return it == kBoardAddresses.end() ? fallback : *it;

@@ -39,8 +39,8 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     // A dropped byte blanks the rows as well, and stores nothing.
     feed("Yo\r");
     EXPECT_EQ(filter.FilterAscii("\t", out) + filter.FilterAscii("\xC9", out), 0);
-    EXPECT_EQ(feed("  ok \r"), "  ok|");
-    EXPECT_EQ(rows.getExternalTextTrimmed(1), "ok");
+    EXPECT_EQ(feed("  ok~ \r"), "  ok~|");
+    EXPECT_EQ(rows.getExternalTextTrimmed(1), "ok~");
     // A long line wraps at its last word break and loses nothing.
     const std::string fits = "abcdefghij abcdefghij abcdefghi";  // 31, the row's limit
     EXPECT_EQ(feed(fits + "\r"), fits + "|");
@@ -93,8 +93,10 @@ struct FakeKeyView : KeyView {
     void setWrapWidthText(const std::string& text) override { widthText = text; }
     void showNotify(bool visible, const std::string& text) override {
         notice = visible ? "shown:" + text : "";
+        ++notices;
     }
     std::string line, widthText, notice;
+    int notices = 0;
 };
 
 struct KeyInputTest : ::testing::Test {
@@ -160,7 +162,8 @@ TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
     input.showForm();
     EXPECT_EQ(view.widthText, "32");
     EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
-    type("Hello world\r\r");               // an empty line still sends
+    EXPECT_EQ(view.notices, 2) << "shown, then hidden once";
+    type("Hello world\r\r");  // an empty line still sends
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:"}));
     input.tbWrapWidth_Change("10");
     display.captions.clear();

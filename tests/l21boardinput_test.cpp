@@ -43,6 +43,19 @@ struct BoardInput : ::testing::Test {
     }
 };
 
+// A window hidden or gone lets go of the memory only if it shows it.
+TEST_F(BoardInput, OnlyTheWindowShowingTheMemoryLetsGoOfIt) {
+    load();
+    input->showForm();
+    const auto shown = std::move(input);
+    load();
+    input->hideForm();
+    input.reset();
+    EXPECT_EQ(memory.view, shown.get());
+    shown->hideForm();
+    EXPECT_EQ(memory.view, nullptr);
+}
+
 TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport) {
     lib.kinds = {{0x1000, 1}, {0x220, 3}, {0xCC00, 4}, {0xDD00, 4}, {0x380, 7}};
     for (BoardRegister r = 0; r < 5; ++r) lib.regs[{0x220, 0x3E0 + r}] = "RDRB2"[r];

@@ -126,6 +126,7 @@ TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
                                bytes({1, 1, 0x20, 0x7F, 0x2F, 1}) +  // a stray 01 in front
                                bytes({1, 0x20, 0x7F, 0x7E, 0x28, 1, 1, 0x20, 0x7F, 0x7E, 0x20, 1}) +
                                bytes({1, 0x20, 0x7F, 0x99, 1, 1, 0x55, 1}) +
+                               bytes({1, 0x20, 0x7F, 0x7E, 0x29, 1}) +  // no such board
                                bytes({1, 0x20, 0x21, 1, 1, 0x20, 0x23, 0x20, 'x', 1});  // row 4
     SignModel whole;
     whole.feed(stream);
@@ -136,7 +137,7 @@ TEST_F(SignPreviewTest, BrokenFramesAndStrayBytesAreCountedAndTheSignGoesOn) {
     EXPECT_EQ(preview.model().dump(), whole.dump());
     EXPECT_EQ(cell(SignSide::Face, 1, 31, true), ledGlyph('A'));
     EXPECT_EQ(preview.status(),
-              "Rear board, reversed text, dim, 4 frames, 4 broken frames, 5 stray bytes, "
+              "Rear board, reversed text, dim, 4 frames, 5 broken frames, 5 stray bytes, "
               "1 character off the row");
 }
 

@@ -45,13 +45,14 @@ TEST(RtfReader, DecodesEscapedAndUnicodeCharactersAndSkipsDestinations) {
 // Each run keeps its look (a group's end ends it); rows of cells are one table.
 TEST(RtfReader, KeepsTheLookOfEachRunAndJoinsRowsOfCellsIntoOneTable) {
     const rtf::Document doc = rtf::parse(
-        R"({\rtf1 plain \b bold\b0{\i\fs40 big{\ul x}}\ul under\ulnone{\b\i\ul\fs40\plain p}\par)"
+        R"({\rtf1 plain \b bold\b0{\i\fs40 big{\ul x}}\ul under\ulnone{\fs999\fs huge})"
+        R"({\b\i\ul\fs40\plain p}\par)"
         R"(\trowd\cellx1\intbl a\cell b<\cell\row\trowd\intbl c\cell\row\pard after\par})");
-    EXPECT_EQ(rtf::toPlainText(doc), "plain boldbigxunderp\na | b<\nc\nafter\n");
+    EXPECT_EQ(rtf::toPlainText(doc), "plain boldbigxunderhugep\na | b<\nc\nafter\n");
     const std::string html = rtf::toHtml(doc);
     EXPECT_EQ(html.rfind("<html><body><p>", 0), 0u) << html;
     for (const char* run : {"12pt\"><b>bold<", "20pt\"><i>big<", "20pt\"><i><u>x<",
-                            "12pt\"><u>under<", "12pt\">p<", "b&lt;"})
+                            "12pt\"><u>under<", "12pt\">hugep<", "b&lt;"})
         EXPECT_NE(html.find(run), std::string::npos) << run << "\n" << html;
     EXPECT_EQ(html.find("<table", html.find("<table") + 1), std::string::npos);
 }
@@ -66,6 +67,10 @@ TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
     EXPECT_EQ(text(R"({\rtf1 x\bin99999999)"), "x\n");
     EXPECT_EQ(text(R"({\rtf1 \u00000000065 x})"), "\x06\n") << "digits past the tenth";
     EXPECT_EQ(text(std::string(100000, '{') + "deep"), "deep\n");
+    // Beyond 512 levels a group's destination outlasts its end.
+    const std::string hidden = R"({\*\x hidden}shown)";
+    EXPECT_EQ(text(std::string(511, '{') + hidden) + text(std::string(512, '{') + hidden),
+              "shown\n");
     EXPECT_EQ(text(std::string("a\0b\xff", 4)), std::string("a\0b\u00FF", 5) + "\n");
 }
 

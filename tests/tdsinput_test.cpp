@@ -285,6 +285,7 @@ TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
                   "61000 1: " + kLines4and5 + " 3[Overlap]", "61000 1: " + kLines1to3,
                   "61000 1:", "66000 1: " + kLines4and5 + " 3[Overlap]"}));
     EXPECT_EQ(view.clock, "00:00:09.5");
+    EXPECT_EQ(view.displayed, "line four\r\nline five\r\nOverlap") << "as the sign shows";
 }
 
 // By hand a cue steps out as many rows at a time as the display uses.

@@ -143,16 +143,16 @@ void appendTdsCaptions(std::string_view file, std::vector<Caption>& captionList)
 bool isValidUtf8(std::string_view s) {
     for (std::size_t i = 0; i < s.size();) {
         const auto lead = static_cast<unsigned char>(s[i]);
-        int extra = -1;
-        if (lead < 0x80)
-            extra = 0;
-        else if (lead >= 0xC2 && lead < 0xE0)
+        int extra = 0;
+        if (lead >= 0xC2 && lead < 0xE0)
             extra = 1;
         else if (lead >= 0xE0 && lead < 0xF0)
             extra = 2;
         else if (lead >= 0xF0 && lead < 0xF5)
             extra = 3;
-        if (extra < 0 || s.size() - i <= static_cast<std::size_t>(extra)) return false;
+        else if (lead >= 0x80)
+            return false;  // a byte that can't start a character
+        if (s.size() - i <= static_cast<std::size_t>(extra)) return false;
         for (int k = 1; k <= extra; ++k)
             if ((static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return false;
         i += static_cast<std::size_t>(extra) + 1;
