@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "support/quietprogram.h"
 #include "support/recordinglinkview.h"
 

@@ -11,7 +11,7 @@
 #include "core/displayoutput.h"
 #include "core/inputfilter.h"
 #include "core/mainview.h"
-#include "link/capturesink.h"
+#include "platform/capturesink.h"
 #include "platform/eventdispatch.h"
 #include "platform/settingsstore.h"
 #include "platform/tone.h"

@@ -17,7 +17,7 @@
 
 #include "display/displaylink.h"
 #include "display/lineoutput.h"
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 
 namespace zelvan {
 

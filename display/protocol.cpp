@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "core/readable.h"
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 
 namespace zelvan {
 

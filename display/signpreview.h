@@ -15,7 +15,7 @@
 #include <string>
 
 #include "display/signmodel.h"
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 
 namespace zelvan {
 

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "support/quietprogram.h"
 #include "support/recordinglinkview.h"
 

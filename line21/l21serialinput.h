@@ -16,7 +16,7 @@
 #include "core/tavo.h"
 #include "line21/inl21.h"
 #include "line21/l21view.h"
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "platform/serialport.h"
 
 namespace zelvan {

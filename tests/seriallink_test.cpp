@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "support/fakes.h"
 #include "support/fakeserialport.h"
 #include "support/recordinglinkview.h"

@@ -13,7 +13,7 @@
 
 #include "core/inputfilter.h"
 #include "core/tavo.h"
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "platform/serialport.h"
 #include "textinput/textrows.h"
 

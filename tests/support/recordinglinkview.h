@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "line21/l21serialinput.h"
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 
 namespace zelvan::testing {
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <QPushButton>
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "platform/devicechooser.h"
 #include "platform/devicemap.h"
 #include "support/fakes.h"

@@ -6,7 +6,7 @@
 #include <QTcpSocket>
 #include <ctime>
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "platform/devicemap.h"
 #include "platform/qtport.h"
 #include "support/qtrig.h"

@@ -13,7 +13,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 #include "platform/devicemap.h"
 #include "platform/qtserialport.h"
 #include "support/pty.h"

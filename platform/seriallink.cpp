@@ -1,6 +1,6 @@
 // Serial link management for the three serial windows.
 
-#include "link/seriallink.h"
+#include "platform/seriallink.h"
 
 #include <charconv>
 #include <utility>

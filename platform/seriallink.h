@@ -14,7 +14,7 @@
 #include <optional>
 #include <string>
 
-#include "link/capturesink.h"
+#include "platform/capturesink.h"
 #include "platform/eventdispatch.h"
 #include "platform/serialport.h"
 #include "platform/settingsstore.h"
