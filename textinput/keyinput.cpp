@@ -134,8 +134,7 @@ void KeyInput::takeLine(std::string& outString) {
 void KeyInput::notify(bool bShow, const std::string& sText) {
     if (!bShow) {
         m_view.showNotify(false, sText);
-        m_timerNotify->setInterval(0);
-        m_timerNotify->setEnabled(false);
+        m_timerNotify->setInterval(0);  // an interval of 0 stops the timer
         return;
     }
     m_view.showNotify(true, sText);
