@@ -47,7 +47,6 @@ std::string sccWordBytes(std::uint16_t word) {
 
 std::string SccLine::bytes() const {
     std::string out;
-    out.reserve(words.size() * 2);
     for (std::uint16_t w : words) out += sccWordBytes(w);
     return out;
 }

@@ -15,24 +15,6 @@ namespace {
 constexpr std::size_t kMaxDepth = 512;
 constexpr std::size_t kMaxWordLength = 32;
 
-void appendUtf8(std::string& out, char32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
-
 // Destinations whose text is not part of the document.
 constexpr std::array<std::string_view, 20> kSkipped{
     "fonttbl",   "colortbl",  "stylesheet", "info",
@@ -255,7 +237,7 @@ class Reader {
         m_pendingSkip = 0;
         if (m_state.skip) return;
         if (m_runs.empty() || !m_runs.back().sameLook(look())) m_runs.push_back(look());
-        appendUtf8(m_runs.back().text, c);
+        codepage::appendUtf8(m_runs.back().text, c);  // never beyond 16 bits
     }
 
     Run look() const {

@@ -82,6 +82,9 @@ TEST(TextRowsTest, OnlyTheRowsAndColumnsOfTheSignHoldText) {
     TextRows expected;
     expected.setRow(15, std::string(31, ' ') + "x");
     EXPECT_EQ(rows.rowsAsText(), expected.rowsAsText());
+    // Words break at anything but digits, letters and the accented letters.
+    for (unsigned char c : std::string("09AZaz\xC0\xFF")) EXPECT_TRUE(isWordChar(c)) << c;
+    for (unsigned char c : std::string("/:@[`{\xBF-")) EXPECT_FALSE(isWordChar(c)) << c;
 }
 
 struct FakeKeyView : KeyView {
@@ -160,7 +163,7 @@ TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
     input.showForm();
     EXPECT_EQ(view.widthText, "32");
     EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
-    type("Hello world\r\r");  // an empty line still sends
+    type("Hello world\r\r");               // an empty line still sends
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:"}));
     input.tbWrapWidth_Change("10");
     display.captions.clear();
@@ -168,6 +171,8 @@ TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[abcdefghi]", "3: 1[xyz-]"}));
     EXPECT_EQ(view.line, "pqrstuv");
     view.line.clear();
+    type("ab\b\r");
+    EXPECT_EQ(display.captions.back(), "3: 1[a]") << "the box takes the backspace";
     type("One\rTwo!\b\rThree");
     EXPECT_EQ(display.captions.back(), "3: 1[Two]");
     EXPECT_EQ(view.line, "Three");

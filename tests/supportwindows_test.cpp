@@ -65,6 +65,7 @@ TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
     EXPECT_EQ(text(std::string_view("a\\'", 2)), "a\n") << "nothing read past the end";
     EXPECT_EQ(text(R"({\rtf1 cut \'4)"), "cut \x04\n");
     EXPECT_EQ(text(R"({\rtf1 x\bin99999999)"), "x\n");
+    EXPECT_EQ(text(R"({\rtf1 a\bin-5 b\bin c})"), "abc\n") << "no count, nothing skipped";
     EXPECT_EQ(text(R"({\rtf1 \u00000000065 x})"), "\x06\n") << "digits past the tenth";
     EXPECT_EQ(text(std::string(100000, '{') + "deep"), "deep\n");
     // Beyond 512 levels a group's destination outlasts its end.

@@ -191,6 +191,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     input.erase();  // bytes another input left on the ring don't change what Send shows
     std::string line;
     for (const char* b : {"A", "\r", "B"}) input.filterEntry(b, line);
+    EXPECT_EQ(input.getExternalText(1), "B") << "a new line starts at column 1";
     input.send();
     EXPECT_EQ(shown(), "1: 1[Caption 2]");
 

@@ -281,11 +281,10 @@ bool isSkippedBlock(std::string_view first, Format format) {
 // header, a note, a stray line) gives no caption.
 void appendCue(const std::vector<std::string_view>& block, Format format,
                std::vector<Caption>& captionList) {
-    if (block.empty() || isSkippedBlock(block.front(), format)) return;
     Caption cue;
     const auto timing = std::find_if(block.begin(), block.end(),
                                      [&](std::string_view l) { return readTimingLine(l, cue); });
-    if (timing == block.end()) return;
+    if (timing == block.end() || isSkippedBlock(block.front(), format)) return;
     std::vector<std::string> lines;
     for (auto it = timing + 1; it != block.end(); ++it)
         if (std::string text = cueText(*it); !text.empty()) lines.push_back(std::move(text));

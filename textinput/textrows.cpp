@@ -90,7 +90,8 @@ std::int16_t parseWrapWidth(std::string_view text) {
         return k < s.size() && std::isdigit(static_cast<unsigned char>(s[k]));
     };
     if (!digitAt(i) && !(digitAt(i + 1) && s[i] == '.')) return 0;
-    if (s[i] == '0' && i + 1 < s.size() && (s[i + 1] == 'x' || s[i + 1] == 'X')) return 0;
+    const std::string_view number = std::string_view(s).substr(i);
+    if (number.starts_with("0x") || number.starts_with("0X")) return 0;
     const double v = std::nearbyint(std::strtod(s.c_str(), nullptr));  // ties to even
     if (!(v > 0)) return 0;
     if (v >= INT16_MAX) return INT16_MAX;
@@ -122,7 +123,6 @@ std::int16_t AsciiFilter::printable(char c, std::string& outString) {
     // The row is full and nothing wraps it: the byte waits in the carry, and
     // later bytes overwrite the row from the left.
     sCarry.assign(1, c);
-    bCarry = true;
     m_rows.iCurCol = 1;
     return 0;
 }
@@ -145,7 +145,6 @@ std::int16_t AsciiFilter::wrap(char c, std::string& outString) {
     const std::int16_t cut = std::min<std::int16_t>(findWrapPoint(text, kLastStoredColumn),
                                                     static_cast<std::int16_t>(text.size()));
     sCarry = text.substr(static_cast<std::size_t>(cut)) + c;
-    bCarry = true;
     m_rows.setRow(m_rows.iCurRow, text.substr(0, static_cast<std::size_t>(cut)));
     m_rows.iCurCol = 1;
     outString = m_rows.row(m_rows.iCurRow);
@@ -154,10 +153,9 @@ std::int16_t AsciiFilter::wrap(char c, std::string& outString) {
 }
 
 void AsciiFilter::takeUpCarry() {
-    if (!bCarry || !bWrapLongLines) return;
+    if (!bWrapLongLines) return;
     for (char c : sCarry) m_rows.put(c);
     sCarry.clear();
-    bCarry = false;
 }
 
 std::string AsciiFilter::dump() const {
@@ -166,7 +164,7 @@ std::string AsciiFilter::dump() const {
     s += " width=" + std::to_string(iWrapWidth);
     s += std::string(" clear=") + (m_rows.bClearRows ? "1" : "0");
     s += std::string(" ended=") + (bLineEnded ? "1" : "0");
-    s += " carry=" + (bCarry ? "\"" + sCarry + "\"" : std::string("none"));
+    s += " carry=" + (sCarry.empty() ? std::string("none") : "\"" + sCarry + "\"");
     s += " row1=\"" + m_rows.getExternalText(1) + "\"";
     return s;
 }

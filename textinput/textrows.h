@@ -88,8 +88,7 @@ class AsciiFilter {
 
     std::int16_t iWrapWidth = kDefaultWrapWidth;
     bool bLineEnded = false;
-    std::string sCarry;
-    bool bCarry = false;
+    std::string sCarry;  // the bytes waiting for the next row; empty: none
     bool bWrapLongLines = true;
 
   private:
