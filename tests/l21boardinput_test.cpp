@@ -69,6 +69,7 @@ TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport)
     EXPECT_EQ(listed, (Log{"No Board Currently Selected", "PC-LTC/IOR at 1000",
                            "PCI-VLTC/GeN (rev. A1 )  at  CC00", "PCI-VLTC/GeN (rev. A1 )  at  DD00",
                            "PC-VITC/RDR (rev. B2 )  at  220"}));
+    EXPECT_EQ(view.boards, listed);
     // The first found is in use, whatever its kind; a kind 1 board stays silent.
     EXPECT_EQ(input->boardAddress, 0x1000);
     lib.regs[{0x1000, 0xFE}] = 1;

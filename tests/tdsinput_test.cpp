@@ -91,6 +91,16 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
     EXPECT_EQ(script::detectFormat("  \r\n7"), script::Format::Tds);
 }
 
+// Cue times with hours or without; a minute or second past 59 is no time.
+TEST(CaptionScript, ReadsCueTimesInMilliseconds) {
+    const script::Script s = script::readScript(
+        "1\n1:02:03.456 --> 01:02:04,000\nA\n\n2\n59:58,001 --> 59:59.999\nB\n\n"
+        "3\n00:60:00,000 --> 01:00:00,000\nC\n\n4\n00:00:60,000 --> 00:01:00,000\nD\n");
+    std::vector<std::pair<std::int64_t, std::int64_t>> times;
+    for (const script::Caption& c : s.captions) times.emplace_back(c.startMs, c.endMs);
+    EXPECT_EQ(times, (decltype(times){{3723456, 3724000}, {3598001, 3599999}}));
+}
+
 struct FakeTdsView : TdsView {
     void placeWindow() override {}
     void showWindow() override {}

@@ -56,13 +56,14 @@ class ScriptedBoard : public BoardLibrary {
     }
 };
 
-// A board window that shows nothing but its two memory panes.
+// A board window that shows nothing but its board list and two memory panes.
 struct PanesBoardView : L21BoardView {
     std::string dm, nm;
+    std::vector<std::string> boards;
     void placeWindow() override {}
     void showWindow() override {}
     void hideWindow() override {}
-    void addBoardEntry(const std::string&) override {}
+    void addBoardEntry(const std::string& text) override { boards.push_back(text); }
     void showBoardSelection(int) override {}
     void setDMText(const std::string& text) override { dm = text; }
     void setNMText(const std::string& text) override { nm = text; }
