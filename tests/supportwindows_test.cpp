@@ -40,6 +40,7 @@ TEST(RtfReader, DecodesEscapedAndUnicodeCharactersAndSkipsDestinations) {
               "shown\n");
     // A destination is named only right behind its group's brace.
     EXPECT_EQ(text(R"({\rtf1{a}\info b\b\info c{d\info e}})"), "abcde\n");
+    EXPECT_EQ(text(R"(\info f)"), "f\n") << "no group at all";
 }
 
 // Each run keeps its look (a group's end ends it); rows of cells are one table.
