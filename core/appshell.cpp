@@ -19,6 +19,7 @@
 #include "textinput/frminascii.h"
 #include "textinput/frminkey.h"
 #include "textinput/frmintds.h"
+#include "video/frml21video.h"
 
 namespace zelvan {
 
@@ -64,6 +65,7 @@ std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
     if (kind == FilterKind::L21USB)
         return std::make_unique<frmL21USB>(tavo, m_inL21, board(tavo), *this);
+    if (kind == FilterKind::L21Video) return std::make_unique<frmL21Video>(tavo, m_inL21, *this);
     if (kind == FilterKind::Ascii) return std::make_unique<frmInAscii>(tavo, *this);
     if (kind == FilterKind::Key) return std::make_unique<frmInKey>(tavo, *this);
     return std::make_unique<frmInTDS>(tavo, *this);

@@ -84,6 +84,7 @@ class Tavo {
     bool bInAscii = false;
     bool bInKey = false;
     bool bInTDS = false;
+    bool bInL21Video = false;
     bool bOutDW = false;
 
     // Settings of the section "General", in memory.
@@ -105,6 +106,7 @@ class Tavo {
     InputFilter* frmInAscii = nullptr;
     InputFilter* frmInKey = nullptr;
     InputFilter* frmInTDS = nullptr;
+    InputFilter* frmL21Video = nullptr;
     DisplayOutput* frmOutDW = nullptr;
     MainView* view = nullptr;
     MainConsole* console = nullptr;

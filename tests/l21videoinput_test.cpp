@@ -1,0 +1,167 @@
+// The digital video window over a scripted source on virtual time: the
+// caption data of each picture reaches the decoder as a decoder box on the
+// chosen field would deliver it, and the source's troubles reach the operator.
+
+#include <gtest/gtest.h>
+
+#include "support/fakes.h"
+#include "support/l21fakes.h"
+#include "support/scriptedmedia.h"
+#include "video/ccdata.h"
+#include "video/l21videoinput.h"
+
+namespace zelvan {
+namespace {
+
+using K = MediaEvent::Kind;
+
+// The triples of one picture: field 1 and field 2.
+std::string ccData(int field, const std::string& pair) {
+    const std::string padding = "\x80\x80";
+    return std::string(1, '\xFC') + (field == 1 ? pair : padding) + '\xFD' +
+           (field == 2 ? pair : padding);
+}
+
+TEST(FieldPairs, TakeTheChosenFieldStripParityAndDropPaddingAndOtherServices) {
+    struct Case {
+        std::string data;
+        int field;
+        std::string pairs;
+    };
+    const Case cases[] = {
+        {"\xFC\x94\x2C\xFD\x15\xAD", 1, "\x14\x2C"},
+        {"\xFC\x94\x2C\xFD\x15\xAD", 2, "\x15\x2D"},
+        {"\xF8\x94\x2C\xFC\xC1\x80", 1, std::string("\x41\x00", 2)},  // not valid; one null kept
+        {"\xFC\x80\x80\xFC\x00\x00", 1, ""},                          // padding, with parity or not
+        {"\xFE\x94\x2C\xFF\x94\x2C", 1, ""},                          // the digital service
+        {"\xFC\x94\x2C\xFC\x94", 1, "\x14\x2C"},                      // a partial triple
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(video::fieldPairs(reinterpret_cast<const std::uint8_t*>(c.data.data()),
+                                    c.data.size(), c.field),
+                  c.pairs)
+            << ::testing::PrintToString(c.data) << " field " << c.field;
+}
+
+struct L21VideoTest : ::testing::Test {
+    testing::Rig rig;
+    Tavo& tavo = rig.tavo;
+    InL21 memory;
+    testing::ScriptedMedia media;
+    testing::RecordingVideoView view;
+    L21VideoInput input{tavo, memory, media, view};
+
+    L21VideoTest() {
+        rig.console();
+        tavo.frmL21Video = &input;
+        tavo.bInL21Video = true;
+    }
+    void sendAt(long long ms, MediaEvent e) {
+        rig.dispatch.postAt(ms, [this, e] { media.send(e); });
+    }
+    // One picture of caption data a frame from `at` on, then capture ends.
+    void playAndStop(long long at, int field, const std::string& stream) {
+        for (std::size_t i = 0; i + 1 < stream.size(); i += 2, at += 33)
+            sendAt(at, {K::CaptionData, "", ccData(field, stream.substr(i, 2)), at});
+        rig.dispatch.postAt(at + 1000, [this] { tavo.bStopCapture = true; });
+    }
+};
+
+// The stored source opens at once with its Loop, and a field-2 caption
+// decodes only when field 2 is chosen.
+TEST_F(L21VideoTest, StoredSourceOpensAndOnlyTheChosenFieldReachesTheDecoder) {
+    rig.store.set("DigitalVideo", "Source", "udp://239.1.1.1:5000");
+    rig.store.set("DigitalVideo", "Field", "2");
+    rig.store.set("DigitalVideo", "Loop", "True");
+    playAndStop(100, 2, testing::popOnCaption("Field two"));
+    input.showForm();
+    EXPECT_EQ(tavo.InputFilterType, 6);
+    EXPECT_EQ(media.request.source, "udp://239.1.1.1:5000");
+    EXPECT_TRUE(media.request.loop);
+    EXPECT_EQ(view.openCaption, "Close");
+    EXPECT_EQ(memory.getExternalTextTrimmedL21(15), "Field two");
+    EXPECT_EQ(view.pairs, 13);
+
+    input.cmdOpen_Click();  // closes
+    input.obField_Click(1);
+    memory.initL21();
+    playAndStop(tavo.dispatch().nowMs() + 100, 2, testing::popOnCaption("Field two"));
+    input.cmdOpen_Click();
+    EXPECT_EQ(memory.getExternalTextTrimmedL21(15), "");
+    EXPECT_EQ(view.pairs, 0);
+
+    input.hideForm();
+    EXPECT_EQ(rig.store.get("DigitalVideo", "Field", ""), "1");
+    EXPECT_FALSE(media.listener) << "the source is closed";
+}
+
+// A source that won't open: FFmpeg's reason and the source in one box, and
+// capture ends with the button back on "Open". Nothing reported after counts.
+TEST_F(L21VideoTest, SourceThatWontOpenGivesOneBoxWithItsReasonAndEndsCapture) {
+    input.txtSource_Change("/no/such.ts");
+    sendAt(10, {K::Failed, "No such file or directory"});
+    input.cmdOpen_Click();
+    EXPECT_EQ(view.boxes, std::vector<std::string>{
+                              "Couldn't open source.|No such file or directory\n/no/such.ts"});
+    EXPECT_EQ(view.openCaption, "Open");
+    EXPECT_FALSE(input.isOpen());
+    media.send({K::CaptionData, "", ccData(1, "AB"), 0});
+    EXPECT_TRUE(tavo.queueEmpty());
+}
+
+// What the operator is told as the source plays: the silence of ten seconds
+// of media once, the end of a file unless it loops, and a stall.
+TEST_F(L21VideoTest, NoticesTellSilenceOnceTheEndAndAStall) {
+    struct Case {
+        std::vector<MediaEvent> events;
+        bool loop;
+        std::vector<std::string> notices;  // after "Opening..." and the open's ""
+    };
+    const std::string pair = ccData(1, "AB");
+    const Case cases[] = {
+        {{{K::Position, "", "", 2000}, {K::Position, "", "", 11999}}, false, {}},
+        {{{K::Position, "", "", 2000}, {K::Position, "", "", 12000}, {K::Position, "", "", 30000}},
+         false,
+         {kNoCaptionsYet}},
+        {{{K::CaptionData, "", pair, 500}, {K::Position, "", "", 20000}}, false, {}},
+        {{{K::Ended}}, false, {kEndOfFile}},
+        {{{K::Ended}}, true, {}},
+        {{{K::Stalled, "timed out"}, {K::Resumed}}, false, {kStalled, ""}},
+    };
+    for (const Case& c : cases) {
+        input.chkLoop_Click(c.loop);
+        input.txtSource_Change("show.ts");
+        sendAt(rig.dispatch.nowMs() + 1, {K::Opened, "#0 mpeg2video"});
+        long long at = rig.dispatch.nowMs() + 2;
+        for (const MediaEvent& e : c.events) sendAt(at++, e);
+        rig.dispatch.postAt(at, [this] { tavo.bStopCapture = true; });
+        view.notices.clear();
+        input.cmdOpen_Click();
+        std::vector<std::string> want{"Opening...", ""};
+        want.insert(want.end(), c.notices.begin(), c.notices.end());
+        EXPECT_EQ(view.notices, want) << c.events.size() << " events, loop " << c.loop;
+        input.cmdOpen_Click();
+    }
+}
+
+// Pairs that find the ring full wait, in order, rather than overwrite bytes
+// the capture loop hasn't read.
+TEST_F(L21VideoTest, PairsWaitForRoomOnTheRingAndKeepTheirOrder) {
+    input.txtSource_Change("show.ts");
+    rig.dispatch.postAt(1, [this] {
+        rig.queue(std::string(static_cast<std::size_t>(tavo.queueRoom()) - 1, 'x'));
+        media.send({K::CaptionData, "", ccData(1, "AB"), 0});
+        media.send({K::CaptionData, "", ccData(1, "CD"), 33});
+        EXPECT_EQ(tavo.queueRoom(), 1);
+        std::string drained;
+        while (!tavo.queueEmpty()) drained += tavo.dequeueByte();
+        media.send({K::Position, "", "", 66});
+        while (!tavo.queueEmpty()) drained += tavo.dequeueByte();
+        EXPECT_EQ(drained.substr(drained.size() - 5), "xABCD");
+        tavo.bStopCapture = true;
+    });
+    input.cmdOpen_Click();
+}
+
+}  // namespace
+}  // namespace zelvan

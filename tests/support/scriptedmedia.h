@@ -1,0 +1,57 @@
+#pragma once
+// A media source that the test plays: it records what the window asks of it,
+// and the test hands its events to the listener as the reader thread would.
+// And the digital video window, recorded.
+
+#include <string>
+#include <vector>
+
+#include "video/l21videoinput.h"
+#include "video/mediasource.h"
+
+namespace zelvan::testing {
+
+struct ScriptedMedia : MediaSource {
+    void open(const MediaRequest& r, Listener onEvent) override {
+        request = r;
+        listener = std::move(onEvent);
+        ++opens;
+    }
+    void close() override { listener = nullptr; }
+    void setLoop(bool on) override { request.loop = on; }
+    // As a posted event runs: only while the source is open.
+    void send(const MediaEvent& e) {
+        if (listener) listener(e);
+    }
+
+    MediaRequest request;
+    Listener listener;
+    int opens = 0;
+};
+
+struct RecordingVideoView : L21VideoView {
+    void placeWindow() override {}
+    void showWindow() override { visible = true; }
+    void hideWindow() override { visible = false; }
+    void messageBox(const std::string& text, const std::string& detail) override {
+        boxes.push_back(text + "|" + detail);
+    }
+    void setOpenCaption(const std::string& c) override { openCaption = c; }
+    void showSettings(const VideoSettings& s) override { shown = s; }
+    void showStream(const std::string& text) override { stream = text; }
+    void showPosition(long long ms) override { positionMs = ms; }
+    void showPairCount(long n) override { pairs = n; }
+    void setNotice(const std::string& text) override { notices.push_back(text); }
+    void setDMText(const std::string&) override {}
+    void setNMText(const std::string&) override {}
+    void showChannel(std::int16_t) override {}
+
+    bool visible = false;
+    std::vector<std::string> boxes, notices;
+    std::string openCaption, stream;
+    VideoSettings shown;
+    long long positionMs = -1;
+    long pairs = -1;
+};
+
+}  // namespace zelvan::testing

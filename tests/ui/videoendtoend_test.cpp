@@ -1,0 +1,95 @@
+// The real program playing video made here from a recorded sample: in each
+// container its captions reach the sign in real time, byte for byte as the
+// same pairs from a decoder box; a field-2 stream only when field 2 is chosen.
+
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "display/signmodel.h"
+#include "support/logicframes.h"
+#include "support/mediamaker.h"
+#include "support/programrig.h"
+#include "support/testdata.h"
+
+namespace zelvan {
+namespace {
+
+using testing::MediaKind;
+using testing::ProgramRig;
+
+struct VideoCase {
+    const char* name;
+    MediaKind kind;
+    const char* extension;
+    int streamField;
+    int chosenField;
+    bool reachesSign;
+};
+
+constexpr VideoCase kCases[] = {
+    {"Mpeg2InTransportStream", MediaKind::Mpeg2Ts, ".ts", 1, 1, true},
+    {"H264InMp4", MediaKind::H264Mp4, ".mp4", 1, 1, true},
+    {"CaptionTrackInMov", MediaKind::C608Mov, ".mov", 1, 1, true},
+    {"Field2OnField2", MediaKind::Mpeg2Ts, ".ts", 2, 2, true},
+    {"Field2OnField1", MediaKind::Mpeg2Ts, ".ts", 2, 1, false},
+};
+
+void PrintTo(const VideoCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
+bool signShows(const std::string& bytes, const std::string& text) {
+    SignModel sign;
+    sign.feed(bytes);
+    for (int r = 1; r <= 3; ++r)
+        if (sign.rowThroughReflector(r).find(text) != std::string::npos) return true;
+    return false;
+}
+
+struct VideoEndToEnd : ::testing::TestWithParam<VideoCase> {
+    void TearDown() override { std::filesystem::remove(path); }
+    std::string path;
+};
+
+TEST_P(VideoEndToEnd, CaptionsReachTheSignInRealTimeAsFromADecoderBox) {
+    const VideoCase& c = GetParam();
+    // A caption that flips into view at frame 20 and is erased at frame 60.
+    SccRecording head = testing::sample("popon-short.scc");
+    head.lines.resize(2);
+    const std::vector<std::uint16_t> words = testing::wordsPerFrame(head);
+    path = (std::filesystem::temp_directory_path() /
+            ("zelvan-video-" + std::to_string(::getpid()) + c.extension))
+               .string();
+    ASSERT_EQ(testing::makeMedia(path, {.kind = c.kind, .field = c.streamField}, words), "");
+
+    ProgramRig rig(ZELVAN_BINARY, "[General]\nInputFilterType=6\n[DigitalVideo]\nSource=" + path +
+                                      "\nField=" + std::to_string(c.chosenField) + "\n");
+    const std::string caption = "( horn ho";
+    if (!c.reachesSign) {
+        ASSERT_TRUE(rig.waitUntil([&] { return signShows(rig.signBytes, "Welcome"); }, 20000));
+        rig.waitUntil([] { return false; }, 4000);  // the file plays in under 3 s
+        EXPECT_FALSE(signShows(rig.signBytes, caption));
+        return;
+    }
+    ASSERT_TRUE(rig.waitUntil([&] { return signShows(rig.signBytes, caption); }, 20000, 1))
+        << "the caption never reached the sign";
+    const auto shown = ProgramRig::Clock::now();
+    ASSERT_TRUE(rig.waitUntil([&] { return !signShows(rig.signBytes, caption); }, 5000, 1));
+    const auto erased = ProgramRig::Clock::now();
+    rig.waitUntil([] { return false; }, 500);  // the rest of the erase
+
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(erased - shown).count();
+    EXPECT_NEAR(ms, (60 - 20) * 1001 / 30, 400);  // room for a busy machine
+    const std::string expected = testing::logicFrames(testing::boxStream(words));
+    ASSERT_GE(rig.signBytes.size(), expected.size());
+    EXPECT_EQ(rig.signBytes.substr(rig.signBytes.size() - expected.size()), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Containers, VideoEndToEnd, ::testing::ValuesIn(kCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
+}  // namespace zelvan

@@ -1,0 +1,88 @@
+#pragma once
+// "Input: Line-21 (Digital Video)": the window of the digital video filter.
+// It takes a file or URL, the field and Loop, shows what the source carries
+// and how far it has played, and the caption memory with the panes and test
+// buttons of the other line-21 windows. The rules are L21VideoInput's; the
+// filter contract is forwarded to it.
+//
+// The window has a fixed size and refuses to be closed: it goes only through
+// hideForm. F1 opens the help.
+
+#include <QWidget>
+#include <memory>
+
+#include "core/mainview.h"
+#include "line21/memorypanes.h"
+#include "video/l21videoinput.h"
+#include "video/mediareader.h"
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace zelvan {
+
+class frmL21Video : public QWidget, public InputFilter, public L21VideoView {
+  public:
+    frmL21Video(Tavo& tavo, InL21& memory, Shell& shell);
+    ~frmL21Video() override;
+
+    // --- the filter contract, forwarded to the logic ---
+    void showForm() override { m_input->showForm(); }
+    void hideForm() override { m_input->hideForm(); }
+    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
+        return m_input->filterEntry(inString, outString);
+    }
+    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
+    std::string getExternalTextTrimmed(std::int16_t i) override {
+        return m_input->getExternalTextTrimmed(i);
+    }
+
+    L21VideoInput& input() { return *m_input; }
+
+    // --- L21VideoView ---
+    void placeWindow() override;
+    void showWindow() override;
+    void hideWindow() override { hide(); }
+    void messageBox(const std::string& text, const std::string& detail) override;
+    void setOpenCaption(const std::string& caption) override;
+    void showSettings(const VideoSettings& settings) override;
+    void showStream(const std::string& text) override;
+    void showPosition(long long ms) override;
+    void showPairCount(long count) override;
+    void setNotice(const std::string& text) override;
+    void setDMText(const std::string& text) override { panes.setDMText(text); }
+    void setNMText(const std::string& text) override { panes.setNMText(text); }
+    void showChannel(std::int16_t index) override { panes.showChannel(index); }
+
+    // The controls, for the tests and the screenshots.
+    QLineEdit* txtSource;
+    QPushButton* cmdBrowse;
+    QPushButton* cmdOpen;
+    QRadioButton* obField1;
+    QRadioButton* obField2;
+    QCheckBox* chkLoop;
+    QLabel* lblStream;
+    QLabel* lblPosition;
+    QLabel* lblPairs;
+    QLabel* lblNotice;
+    MemoryPanes panes;
+
+  protected:
+    void closeEvent(QCloseEvent* e) override;
+
+  private:
+    void buildControls();
+    void layOutControls();
+    void bindControls();
+    void cmdBrowse_Click();
+
+    Shell& m_shell;
+    // The reader outlives the logic, which closes it as it goes.
+    MediaReader m_reader;
+    std::unique_ptr<L21VideoInput> m_input;
+};
+
+}  // namespace zelvan
