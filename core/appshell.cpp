@@ -19,7 +19,7 @@
 #include "textinput/frminascii.h"
 #include "textinput/frminkey.h"
 #include "textinput/frmintds.h"
-#include "video/frml21video.h"
+#include "line21/frml21video.h"
 
 namespace zelvan {
 

@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include "line21/ccdata.h"
+#include "line21/l21videoinput.h"
 #include "support/fakes.h"
 #include "support/l21fakes.h"
 #include "support/scriptedmedia.h"
-#include "video/ccdata.h"
-#include "video/l21videoinput.h"
 
 namespace zelvan {
 namespace {
@@ -37,8 +37,8 @@ TEST(FieldPairs, TakeTheChosenFieldStripParityAndDropPaddingAndOtherServices) {
         {"\xFC\x94\x2C\xFC\x94", 1, "\x14\x2C"},                      // a partial triple
     };
     for (const Case& c : cases)
-        EXPECT_EQ(video::fieldPairs(reinterpret_cast<const std::uint8_t*>(c.data.data()),
-                                    c.data.size(), c.field),
+        EXPECT_EQ(line21::fieldPairs(reinterpret_cast<const std::uint8_t*>(c.data.data()),
+                                     c.data.size(), c.field),
                   c.pairs)
             << ::testing::PrintToString(c.data) << " field " << c.field;
 }

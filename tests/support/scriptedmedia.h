@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "video/l21videoinput.h"
-#include "video/mediasource.h"
+#include "line21/l21videoinput.h"
+#include "platform/mediasource.h"
 
 namespace zelvan::testing {
 

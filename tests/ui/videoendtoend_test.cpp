@@ -8,21 +8,20 @@
 
 #include <filesystem>
 
+#include "demo/videomaker.h"
 #include "display/signmodel.h"
 #include "support/logicframes.h"
-#include "support/mediamaker.h"
 #include "support/programrig.h"
 #include "support/testdata.h"
 
 namespace zelvan {
 namespace {
 
-using testing::MediaKind;
 using testing::ProgramRig;
 
 struct VideoCase {
     const char* name;
-    MediaKind kind;
+    VideoKind kind;
     const char* extension;
     int streamField;
     int chosenField;
@@ -30,11 +29,11 @@ struct VideoCase {
 };
 
 constexpr VideoCase kCases[] = {
-    {"Mpeg2InTransportStream", MediaKind::Mpeg2Ts, ".ts", 1, 1, true},
-    {"H264InMp4", MediaKind::H264Mp4, ".mp4", 1, 1, true},
-    {"CaptionTrackInMov", MediaKind::C608Mov, ".mov", 1, 1, true},
-    {"Field2OnField2", MediaKind::Mpeg2Ts, ".ts", 2, 2, true},
-    {"Field2OnField1", MediaKind::Mpeg2Ts, ".ts", 2, 1, false},
+    {"Mpeg2InTransportStream", VideoKind::Mpeg2Ts, ".ts", 1, 1, true},
+    {"H264InMp4", VideoKind::H264Mp4, ".mp4", 1, 1, true},
+    {"CaptionTrackInMov", VideoKind::C608Mov, ".mov", 1, 1, true},
+    {"Field2OnField2", VideoKind::Mpeg2Ts, ".ts", 2, 2, true},
+    {"Field2OnField1", VideoKind::Mpeg2Ts, ".ts", 2, 1, false},
 };
 
 void PrintTo(const VideoCase& c, std::ostream* os) {
@@ -59,11 +58,11 @@ TEST_P(VideoEndToEnd, CaptionsReachTheSignInRealTimeAsFromADecoderBox) {
     // A caption that flips into view at frame 20 and is erased at frame 60.
     SccRecording head = testing::sample("popon-short.scc");
     head.lines.resize(2);
-    const std::vector<std::uint16_t> words = testing::wordsPerFrame(head);
+    const std::vector<std::uint16_t> words = wordsPerFrame(head);
     path = (std::filesystem::temp_directory_path() /
             ("zelvan-video-" + std::to_string(::getpid()) + c.extension))
                .string();
-    ASSERT_EQ(testing::makeMedia(path, {.kind = c.kind, .field = c.streamField}, words), "");
+    ASSERT_EQ(makeVideo(path, {.kind = c.kind, .field = c.streamField}, words), "");
 
     ProgramRig rig(ZELVAN_BINARY, "[General]\nInputFilterType=6\n[DigitalVideo]\nSource=" + path +
                                       "\nField=" + std::to_string(c.chosenField) + "\n");
@@ -83,7 +82,7 @@ TEST_P(VideoEndToEnd, CaptionsReachTheSignInRealTimeAsFromADecoderBox) {
 
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(erased - shown).count();
     EXPECT_NEAR(ms, (60 - 20) * 1001 / 30, 400);  // room for a busy machine
-    const std::string expected = testing::logicFrames(testing::boxStream(words));
+    const std::string expected = testing::logicFrames(boxStream(words));
     ASSERT_GE(rig.signBytes.size(), expected.size());
     EXPECT_EQ(rig.signBytes.substr(rig.signBytes.size() - expected.size()), expected);
 }

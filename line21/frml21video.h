@@ -12,9 +12,9 @@
 #include <memory>
 
 #include "core/mainview.h"
+#include "line21/l21videoinput.h"
 #include "line21/memorypanes.h"
-#include "video/l21videoinput.h"
-#include "video/mediareader.h"
+#include "platform/mediareader.h"
 
 class QCheckBox;
 class QLabel;

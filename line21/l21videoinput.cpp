@@ -1,6 +1,6 @@
-#include "video/l21videoinput.h"
+#include "line21/l21videoinput.h"
 
-#include "video/ccdata.h"
+#include "line21/ccdata.h"
 
 namespace zelvan {
 
@@ -136,8 +136,8 @@ void L21VideoInput::onMediaEvent(const MediaEvent& event) {
 
 void L21VideoInput::takeCaptionData(const MediaEvent& event) {
     const std::string pairs =
-        video::fieldPairs(reinterpret_cast<const std::uint8_t*>(event.data.data()),
-                          event.data.size(), m_settings.Field);
+        line21::fieldPairs(reinterpret_cast<const std::uint8_t*>(event.data.data()),
+                           event.data.size(), m_settings.Field);
     if (!pairs.empty()) {
         m_pairs += static_cast<long>(pairs.size() / 2);
         m_view.showPairCount(m_pairs);

@@ -10,16 +10,16 @@
 
 #include "core/sccreader.h"
 
-namespace zelvan::testing {
+namespace zelvan {
 
-enum class MediaKind {
+enum class VideoKind {
     Mpeg2Ts,  // MPEG-2 video in a transport stream, A/53 data in the pictures
     H264Mp4,  // H.264 (libx264) in MP4, A/53 data in SEI messages
     C608Mov,  // a 608 caption track beside an MPEG-2 picture track, in MOV
 };
 
-struct MediaSpec {
-    MediaKind kind = MediaKind::Mpeg2Ts;
+struct VideoSpec {
+    VideoKind kind = VideoKind::Mpeg2Ts;
     int width = 160;
     int height = 96;
     int field = 1;  // the field whose cc_type carries the words; the other gets padding
@@ -38,7 +38,7 @@ std::vector<std::uint16_t> wordsPerFrame(const SccRecording& recording);
 std::string boxStream(const std::vector<std::uint16_t>& words);
 
 // Writes the file; returns "" or FFmpeg's reason for failing.
-std::string makeMedia(const std::string& path, const MediaSpec& spec,
+std::string makeVideo(const std::string& path, const VideoSpec& spec,
                       const std::vector<std::uint16_t>& words);
 
-}  // namespace zelvan::testing
+}  // namespace zelvan

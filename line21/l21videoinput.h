@@ -10,8 +10,8 @@
 #include <string>
 
 #include "line21/l21window.h"
+#include "platform/mediasource.h"
 #include "platform/settingsstore.h"
-#include "video/mediasource.h"
 
 namespace zelvan {
 

@@ -16,7 +16,7 @@
 #include <thread>
 
 #include "platform/eventdispatch.h"
-#include "video/mediasource.h"
+#include "platform/mediasource.h"
 
 namespace zelvan {
 

@@ -1,4 +1,4 @@
-#include "video/mediareader.h"
+#include "platform/mediareader.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>

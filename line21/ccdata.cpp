@@ -1,6 +1,6 @@
-#include "video/ccdata.h"
+#include "line21/ccdata.h"
 
-namespace zelvan::video {
+namespace zelvan::line21 {
 
 namespace {
 
@@ -26,4 +26,4 @@ std::string fieldPairs(const std::uint8_t* data, std::size_t size, int field) {
     return pairs;
 }
 
-}  // namespace zelvan::video
+}  // namespace zelvan::line21

@@ -1,16 +1,17 @@
-#include "support/mediamaker.h"
+#include "demo/videomaker.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/error.h>
+#include <libavutil/log.h>
 #include <libavutil/opt.h>
 }
 
 #include <cstring>
 #include <memory>
 
-namespace zelvan::testing {
+namespace zelvan {
 
 namespace {
 
@@ -50,7 +51,7 @@ using Owned = std::unique_ptr<T, Closer>;
 
 class Maker {
   public:
-    Maker(const MediaSpec& spec) : m_spec(spec) {}
+    Maker(const VideoSpec& spec) : m_spec(spec) {}
 
     std::string make(const std::string& path, const std::vector<std::uint16_t>& words) {
         static constexpr const char* kFormats[] = {"mpegts", "mp4", "mov"};
@@ -60,7 +61,7 @@ class Maker {
         if (err < 0) return errorText(err);
         m_out.reset(out);
         if (std::string e = openVideo(); !e.empty()) return e;
-        if (m_spec.kind == MediaKind::C608Mov) addCaptionTrack();
+        if (m_spec.kind == VideoKind::C608Mov) addCaptionTrack();
         if ((err = avio_open(&m_out->pb, path.c_str(), AVIO_FLAG_WRITE)) < 0) return errorText(err);
         if ((err = avformat_write_header(m_out.get(), nullptr)) < 0) return errorText(err);
         const std::size_t frames = words.size() + static_cast<std::size_t>(m_spec.tailFrames);
@@ -74,7 +75,7 @@ class Maker {
 
   private:
     std::string openVideo() {
-        const bool h264 = m_spec.kind == MediaKind::H264Mp4;
+        const bool h264 = m_spec.kind == VideoKind::H264Mp4;
         const AVCodec* codec = avcodec_find_encoder_by_name(h264 ? "libx264" : "mpeg2video");
         if (!codec) return "no encoder";
         m_enc.reset(avcodec_alloc_context3(codec));
@@ -169,7 +170,7 @@ class Maker {
         return err;
     }
 
-    MediaSpec m_spec;
+    VideoSpec m_spec;
     Owned<AVFormatContext> m_out;
     Owned<AVCodecContext> m_enc;
     Owned<AVFrame> m_frame;
@@ -197,9 +198,10 @@ std::string boxStream(const std::vector<std::uint16_t>& words) {
     return s;
 }
 
-std::string makeMedia(const std::string& path, const MediaSpec& spec,
+std::string makeVideo(const std::string& path, const VideoSpec& spec,
                       const std::vector<std::uint16_t>& words) {
+    av_log_set_level(AV_LOG_ERROR);  // the encoders' reports are of no use here
     return Maker(spec).make(path, words);
 }
 
-}  // namespace zelvan::testing
+}  // namespace zelvan

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string>
 
-namespace zelvan::video {
+namespace zelvan::line21 {
 
 inline constexpr std::size_t kTripleSize = 3;
 
@@ -19,4 +19,4 @@ inline constexpr std::size_t kTripleSize = 3;
 // dropped.
 std::string fieldPairs(const std::uint8_t* data, std::size_t size, int field);
 
-}  // namespace zelvan::video
+}  // namespace zelvan::line21

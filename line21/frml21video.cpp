@@ -1,4 +1,4 @@
-#include "video/frml21video.h"
+#include "line21/frml21video.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
