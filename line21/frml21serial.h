@@ -23,21 +23,10 @@ namespace zelvan {
 
 class frmSerialConfig;
 
-class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
+class frmL21Serial : public QWidget, public L21FilterWindow, public L21SerialView {
   public:
     frmL21Serial(Tavo& tavo, InL21& memory, Shell& shell);
     ~frmL21Serial() override;
-
-    // --- the filter contract, forwarded to the logic ---
-    void showForm() override { m_input->showForm(); }
-    void hideForm() override { m_input->hideForm(); }
-    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
-        return m_input->filterEntry(inString, outString);
-    }
-    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
-    std::string getExternalTextTrimmed(std::int16_t i) override {
-        return m_input->getExternalTextTrimmed(i);
-    }
 
     L21SerialInput& input() { return *m_input; }
     // The setup window of the last click on cmdPortSetup, or null.
@@ -69,6 +58,7 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     MemoryPanes panes;
 
   protected:
+    L21Window& rules() override { return *m_input; }
     void closeEvent(QCloseEvent* e) override;
 
   private:

@@ -19,22 +19,10 @@ class QPushButton;
 
 namespace zelvan {
 
-class frmL21USB : public QWidget, public InputFilter, public L21BoardView {
+class frmL21USB : public QWidget, public L21FilterWindow, public L21BoardView {
   public:
     frmL21USB(Tavo& tavo, InL21& memory, BoardLibrary& library, Shell& shell);
     ~frmL21USB() override;
-
-    // --- the filter contract, forwarded to the logic ---
-    void showForm() override { m_input->showForm(); }
-    void hideForm() override { m_input->hideForm(); }
-    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
-        return m_input->filterEntry(inString, outString);
-    }
-    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
-    std::string getExternalTextTrimmed(std::int16_t i) override {
-        return m_input->getExternalTextTrimmed(i);
-    }
-    void readBoard() override { m_input->readBoard(); }
 
     L21BoardInput& input() { return *m_input; }
 
@@ -54,6 +42,7 @@ class frmL21USB : public QWidget, public InputFilter, public L21BoardView {
     MemoryPanes panes;
 
   protected:
+    L21Window& rules() override { return *m_input; }
     bool event(QEvent* e) override;
     void closeEvent(QCloseEvent* e) override;
 

@@ -24,21 +24,10 @@ class QRadioButton;
 
 namespace zelvan {
 
-class frmL21Video : public QWidget, public InputFilter, public L21VideoView {
+class frmL21Video : public QWidget, public L21FilterWindow, public L21VideoView {
   public:
     frmL21Video(Tavo& tavo, InL21& memory, Shell& shell);
     ~frmL21Video() override;
-
-    // --- the filter contract, forwarded to the logic ---
-    void showForm() override { m_input->showForm(); }
-    void hideForm() override { m_input->hideForm(); }
-    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
-        return m_input->filterEntry(inString, outString);
-    }
-    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
-    std::string getExternalTextTrimmed(std::int16_t i) override {
-        return m_input->getExternalTextTrimmed(i);
-    }
 
     L21VideoInput& input() { return *m_input; }
 
@@ -71,6 +60,7 @@ class frmL21Video : public QWidget, public InputFilter, public L21VideoView {
     MemoryPanes panes;
 
   protected:
+    L21Window& rules() override { return *m_input; }
     void closeEvent(QCloseEvent* e) override;
 
   private:

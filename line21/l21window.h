@@ -89,4 +89,23 @@ class L21Window : public InputFilter, public L21View {
     std::unique_ptr<Timer> m_flushTimer;
 };
 
+// A line-21 window as the main window sees it: the filter contract, forwarded
+// to the window's rules.
+class L21FilterWindow : public InputFilter {
+  public:
+    void showForm() override { rules().showForm(); }
+    void hideForm() override { rules().hideForm(); }
+    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
+        return rules().filterEntry(inString, outString);
+    }
+    std::string getExternalText(std::int16_t i) override { return rules().getExternalText(i); }
+    std::string getExternalTextTrimmed(std::int16_t i) override {
+        return rules().getExternalTextTrimmed(i);
+    }
+    void readBoard() override { rules().readBoard(); }
+
+  protected:
+    virtual L21Window& rules() = 0;
+};
+
 }  // namespace zelvan

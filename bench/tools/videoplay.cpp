@@ -17,13 +17,13 @@
 #include <string>
 
 #include "demo/videomaker.h"
-#include "display/signmodel.h"
 #include "support/logicframes.h"
 #include "support/programrig.h"
 
 namespace {
 
 using namespace zelvan;
+using testing::signShows;
 
 double cpuSeconds(pid_t pid) {
     std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
@@ -34,14 +34,6 @@ double cpuSeconds(pid_t pid) {
         if (i == 15) stime = std::stoull(field);
     }
     return static_cast<double>(utime + stime) / static_cast<double>(::sysconf(_SC_CLK_TCK));
-}
-
-bool signShows(const std::string& bytes, const std::string& text) {
-    SignModel sign;
-    sign.feed(bytes);
-    for (int r = 1; r <= 3; ++r)
-        if (sign.rowThroughReflector(r).find(text) != std::string::npos) return true;
-    return false;
 }
 
 }  // namespace

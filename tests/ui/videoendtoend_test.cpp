@@ -9,7 +9,6 @@
 #include <filesystem>
 
 #include "demo/videomaker.h"
-#include "display/signmodel.h"
 #include "support/logicframes.h"
 #include "support/programrig.h"
 #include "support/testdata.h"
@@ -18,6 +17,7 @@ namespace zelvan {
 namespace {
 
 using testing::ProgramRig;
+using testing::signShows;
 
 struct VideoCase {
     const char* name;
@@ -38,14 +38,6 @@ constexpr VideoCase kCases[] = {
 
 void PrintTo(const VideoCase& c, std::ostream* os) {
     *os << c.name;
-}
-
-bool signShows(const std::string& bytes, const std::string& text) {
-    SignModel sign;
-    sign.feed(bytes);
-    for (int r = 1; r <= 3; ++r)
-        if (sign.rowThroughReflector(r).find(text) != std::string::npos) return true;
-    return false;
 }
 
 struct VideoEndToEnd : ::testing::TestWithParam<VideoCase> {
