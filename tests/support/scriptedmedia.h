@@ -31,27 +31,23 @@ struct ScriptedMedia : MediaSource {
 
 struct RecordingVideoView : L21VideoView {
     void placeWindow() override {}
-    void showWindow() override { visible = true; }
-    void hideWindow() override { visible = false; }
+    void showWindow() override {}
+    void hideWindow() override {}
     void messageBox(const std::string& text, const std::string& detail) override {
         boxes.push_back(text + "|" + detail);
     }
     void setOpenCaption(const std::string& c) override { openCaption = c; }
-    void showSettings(const VideoSettings& s) override { shown = s; }
-    void showStream(const std::string& text) override { stream = text; }
-    void showPosition(long long ms) override { positionMs = ms; }
-    void showPairCount(long n) override { pairs = n; }
+    void showSettings(const VideoSettings&) override {}
+    void showStream(const std::string&) override {}
+    void showPosition(long long) override {}
+    void showPairCount(long) override {}
     void setNotice(const std::string& text) override { notices.push_back(text); }
     void setDMText(const std::string&) override {}
     void setNMText(const std::string&) override {}
     void showChannel(std::int16_t) override {}
 
-    bool visible = false;
     std::vector<std::string> boxes, notices;
-    std::string openCaption, stream;
-    VideoSettings shown;
-    long long positionMs = -1;
-    long pairs = -1;
+    std::string openCaption;
 };
 
 }  // namespace zelvan::testing

@@ -5,8 +5,11 @@
 #include <unistd.h>
 
 #include <gtest/gtest.h>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <filesystem>
+#include <fstream>
 
 #include "demo/videomaker.h"
 #include "support/logicframes.h"
@@ -77,6 +80,42 @@ TEST_P(VideoEndToEnd, CaptionsReachTheSignInRealTimeAsFromADecoderBox) {
     const std::string expected = testing::logicFrames(boxStream(words));
     ASSERT_GE(rig.signBytes.size(), expected.size());
     EXPECT_EQ(rig.signBytes.substr(rig.signBytes.size() - expected.size()), expected);
+}
+
+// A stream that ends is reopened, and its captions reach the sign again: a
+// server gives the stream, drops the connection, and gives it once more.
+TEST(VideoStream, AStreamThatDropsIsReopenedAndItsCaptionsResume) {
+    SccRecording head = testing::sample("popon-short.scc");
+    head.lines.resize(2);
+    const std::vector<std::uint16_t> words = wordsPerFrame(head);
+    const std::string path = std::filesystem::temp_directory_path() /
+                             ("zelvan-stream-" + std::to_string(::getpid()) + ".ts");
+    ASSERT_EQ(makeVideo(path, {}, words), "");
+    std::ifstream file(path, std::ios::binary);
+    const QByteArray stream = QByteArray::fromStdString({std::istreambuf_iterator<char>(file), {}});
+    std::filesystem::remove(path);
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    ProgramRig rig(ZELVAN_BINARY,
+                   "[General]\nInputFilterType=6\n[DigitalVideo]\nSource=tcp://"
+                   "127.0.0.1:" +
+                       std::to_string(server.serverPort()) + "\n");
+    const std::string frames = testing::logicFrames(boxStream(words));
+    const auto times = [&] {
+        int n = 0;
+        for (auto at = rig.signBytes.find(frames); at != std::string::npos;
+             at = rig.signBytes.find(frames, at + 1))
+            ++n;
+        return n;
+    };
+    for (int round = 1; round <= 2; ++round) {
+        ASSERT_TRUE(server.waitForNewConnection(20000)) << "round " << round;
+        QTcpSocket* peer = server.nextPendingConnection();
+        peer->write(stream);
+        peer->waitForBytesWritten(5000);
+        peer->disconnectFromHost();
+        EXPECT_TRUE(rig.waitUntil([&] { return times() == round; }, 10000)) << "round " << round;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Containers, VideoEndToEnd, ::testing::ValuesIn(kCases),
