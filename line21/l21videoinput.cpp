@@ -61,6 +61,16 @@ void L21VideoInput::cmdOpen_Click() {
         m_view.messageBox(kCouldntOpenSource, "No file or URL given.");
         return;
     }
+    openSource();
+    cmdShowNM_Click();
+    cmdShowDM_Click();
+    m_tavo.rawQueueIn = 1;
+    m_tavo.rawQueueOut = 1;
+    m_tavo.captureLoop();
+}
+
+// Each opening counts afresh, and the settings it opens with are kept.
+void L21VideoInput::openSource() {
     writeVideoSettings(m_tavo.store(), m_settings);
     m_pairs = 0;
     m_firstPositionMs = -1;
@@ -74,11 +84,6 @@ void L21VideoInput::cmdOpen_Click() {
     m_view.setOpenCaption("Close");
     m_media.open({m_settings.Source, m_settings.Loop},
                  [this](const MediaEvent& e) { onMediaEvent(e); });
-    cmdShowNM_Click();
-    cmdShowDM_Click();
-    m_tavo.rawQueueIn = 1;
-    m_tavo.rawQueueOut = 1;
-    m_tavo.captureLoop();
 }
 
 void L21VideoInput::closeSource(const std::string& text) {

@@ -77,6 +77,7 @@ class L21VideoInput : public L21Window {
     long pairCount() const { return m_pairs; }
 
   private:
+    void openSource();
     void closeSource(const std::string& notice);
     void takeCaptionData(const MediaEvent& event);
     void notePosition(long long ms);

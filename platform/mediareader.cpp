@@ -112,6 +112,13 @@ class MediaReader::Session {
     void deliver(const std::uint8_t* data, std::size_t size, std::int64_t ts);
 
     bool stopping() const { return m_stop.load(); }
+    // A wait cut short by the deadline says so; the libraries' text would be
+    // "Immediate exit requested".
+    std::string reasonFor(int err) const {
+        if (err == AVERROR_EOF) return "The stream ended.";
+        if (err == AVERROR_EXIT && !stopping()) return "Nothing arrived in time.";
+        return errorText(err);
+    }
     // False when stopped meanwhile.
     bool sleepFor(long long ms) {
         std::unique_lock lock(m_mutex);
@@ -148,6 +155,7 @@ class MediaReader::Session {
     Owned<AVFrame> m_frame{av_frame_alloc()};
     Pacer m_pacer;
     long long m_firstMs = -1, m_lastMs = 0, m_lastReportMs = -1;
+    long m_units = 0;  // pictures or packets delivered
 
     // Across openings.
     bool m_everOpened = false;
@@ -167,7 +175,8 @@ void MediaReader::Session::run() {
         }
         if (!m_live) {
             post({MediaEvent::Kind::Ended});
-            if (!m_loop) return;
+            // A file with nothing to play would otherwise loop without pause.
+            if (!m_loop || m_units == 0) return;
             continue;
         }
         if (m_stalled) {
@@ -188,6 +197,7 @@ MediaReader::Session::End MediaReader::Session::playOnce() {
     if (!m_reason.empty()) return End::Failed;
     m_firstMs = -1;
     m_lastReportMs = -1;
+    m_units = 0;
     m_pacer = Pacer();
     const End end = readAll(fmt.get());
     m_decoder.reset();
@@ -200,10 +210,10 @@ std::string MediaReader::Session::openSource(Owned<AVFormatContext>& fmt) {
     ctx->interrupt_callback = {&Session::interrupted, this};
     armDeadline(kOpenMs);
     int err = avformat_open_input(&ctx, m_request.source.c_str(), nullptr, nullptr);
-    if (err < 0) return errorText(err);  // the context is freed on failure
+    if (err < 0) return reasonFor(err);  // the context is freed on failure
     fmt.reset(ctx);
     armDeadline(kOpenMs);
-    if ((err = avformat_find_stream_info(ctx, nullptr)) < 0) return errorText(err);
+    if ((err = avformat_find_stream_info(ctx, nullptr)) < 0) return reasonFor(err);
     return "";
 }
 
@@ -262,7 +272,7 @@ MediaReader::Session::End MediaReader::Session::readAll(AVFormatContext* fmt) {
         }
         if (err < 0) {
             if (m_decoder) decode(nullptr);
-            m_reason = err == AVERROR_EOF ? "The stream ended." : errorText(err);
+            m_reason = reasonFor(err);
             return stopping() ? End::Stopped : End::Lost;
         }
         if (packet->stream_index == m_streamIndex) {
@@ -294,6 +304,7 @@ void MediaReader::Session::deliver(const std::uint8_t* data, std::size_t size, s
     if (m_firstMs < 0 || ms < m_firstMs) m_firstMs = ms;
     m_lastMs = ms;
     if (!m_live && !sleepFor(m_pacer.waitMs(ms))) return;
+    ++m_units;
     if (m_stalled) {
         m_stalled = false;
         post({MediaEvent::Kind::Resumed});
