@@ -21,6 +21,7 @@
 #include "demo/programrig.h"
 #include "demo/sccplayer.h"
 #include "demo/videomaker.h"
+#include "platform/mediasource.h"
 
 namespace {
 
@@ -103,7 +104,8 @@ bool parse(int argc, char** argv, Options& o) {
         } else if (a == "--program" && hasValue) {
             o.program = argv[++i];
         } else if (a == "--video" && hasValue) {
-            o.video = fs::absolute(argv[++i]).string();
+            o.video = argv[++i];
+            if (!zelvan::isNetworkSource(o.video)) o.video = fs::absolute(o.video).string();
         } else if (a == "--make-video" && hasValue) {
             o.makeVideo = argv[++i];
         } else if (a == "--loop") {
