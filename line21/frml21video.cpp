@@ -149,15 +149,22 @@ void frmL21Video::showStream(const std::string& text) {
 }
 
 void frmL21Video::showPosition(long long ms) {
-    const long long tenths = ms / 100;
+    m_positionMs = ms;
+    m_playState.request();
+}
+
+void frmL21Video::showPairCount(long count) {
+    m_pairCount = count;
+    m_playState.request();
+}
+
+void frmL21Video::showPlayState() {
+    lblPairs->setText(QString::number(m_pairCount));
+    const long long tenths = m_positionMs / 100;
     lblPosition->setText(QStringLiteral("%1:%2.%3")
                              .arg(tenths / 600)
                              .arg(tenths / 10 % 60, 2, 10, QLatin1Char('0'))
                              .arg(tenths % 10));
-}
-
-void frmL21Video::showPairCount(long count) {
-    lblPairs->setText(QString::number(count));
 }
 
 void frmL21Video::setNotice(const std::string& text) {

@@ -14,6 +14,7 @@
 #include "core/mainview.h"
 #include "line21/l21videoinput.h"
 #include "line21/memorypanes.h"
+#include "platform/deferredrefresh.h"
 #include "platform/mediareader.h"
 
 class QCheckBox;
@@ -68,11 +69,17 @@ class frmL21Video : public QWidget, public L21FilterWindow, public L21VideoView 
     void layOutControls();
     void bindControls();
     void cmdBrowse_Click();
+    void showPlayState();
 
     Shell& m_shell;
     // The reader outlives the logic, which closes it as it goes.
     MediaReader m_reader;
     std::unique_ptr<L21VideoInput> m_input;
+    // The position and count change at every picture; the labels take them
+    // at most ten times a second.
+    long long m_positionMs = 0;
+    long m_pairCount = 0;
+    DeferredRefresh m_playState{[this] { showPlayState(); }};
 };
 
 }  // namespace zelvan
