@@ -10,8 +10,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "demo/videomaker.h"
+#include "platform/mediareader.h"
+#include "platform/qtdispatch.h"
 #include "support/logicframes.h"
 #include "support/programrig.h"
 #include "support/testdata.h"
@@ -116,6 +119,37 @@ TEST(VideoStream, AStreamThatDropsIsReopenedAndItsCaptionsResume) {
         peer->disconnectFromHost();
         EXPECT_TRUE(rig.waitUntil([&] { return times() == round; }, 10000)) << "round " << round;
     }
+}
+
+// The reader alone: a file or a stream that can't be opened fails once, with
+// the reason; what it had posted before it closed is never heard.
+TEST(VideoReader, FailsOnceWithTheReasonAndIsSilentOnceClosed) {
+    QtDispatch dispatch;
+    MediaReader reader(dispatch);
+    std::vector<MediaEvent> events;
+    const auto wait = [&](int ms) {
+        for (auto end = ProgramRig::Clock::now() + std::chrono::milliseconds(ms);
+             ProgramRig::Clock::now() < end && events.empty();)
+            dispatch.yieldOrWaitFor(10);
+    };
+    for (auto [source, reason] :
+         {std::pair{"/no/such/file.ts", "No such file"}, {"tcp://127.0.0.1:9", "refused"}}) {
+        events.clear();
+        reader.open({source}, [&](const MediaEvent& e) { events.push_back(e); });
+        wait(5000);
+        ASSERT_EQ(events.size(), 1u) << source;
+        EXPECT_EQ(events[0].kind, MediaEvent::Kind::Failed);
+        EXPECT_NE(events[0].text.find(reason), std::string::npos) << events[0].text;
+    }
+    const std::string path = std::filesystem::temp_directory_path() / "zelvan-reader.ts";
+    ASSERT_EQ(makeVideo(path, {}, {0x9420}), "");
+    reader.open({path}, [&](const MediaEvent& e) { events.push_back(e); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // events posted, not run
+    reader.close();
+    events.clear();
+    wait(300);
+    EXPECT_TRUE(events.empty());
+    std::filesystem::remove(path);
 }
 
 INSTANTIATE_TEST_SUITE_P(Containers, VideoEndToEnd, ::testing::ValuesIn(kCases),
