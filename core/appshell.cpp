@@ -10,6 +10,7 @@
 #include "display/frmsignpreview.h"
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
+#include "line21/frml21video.h"
 #include "platform/accessiblewindows.h"
 #include "platform/endsignals.h"
 #include "platform/simulatedboard.h"
@@ -19,7 +20,6 @@
 #include "textinput/frminascii.h"
 #include "textinput/frminkey.h"
 #include "textinput/frmintds.h"
-#include "line21/frml21video.h"
 
 namespace zelvan {
 
