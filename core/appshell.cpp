@@ -10,6 +10,7 @@
 #include "display/frmsignpreview.h"
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
+#include "line21/frml21video.h"
 #include "platform/accessiblewindows.h"
 #include "platform/endsignals.h"
 #include "platform/simulatedboard.h"
@@ -64,6 +65,7 @@ std::unique_ptr<InputFilter> AppShell::makeFilter(FilterKind kind, Tavo& tavo) {
     if (kind == FilterKind::L21Serial) return std::make_unique<frmL21Serial>(tavo, m_inL21, *this);
     if (kind == FilterKind::L21USB)
         return std::make_unique<frmL21USB>(tavo, m_inL21, board(tavo), *this);
+    if (kind == FilterKind::L21Video) return std::make_unique<frmL21Video>(tavo, m_inL21, *this);
     if (kind == FilterKind::Ascii) return std::make_unique<frmInAscii>(tavo, *this);
     if (kind == FilterKind::Key) return std::make_unique<frmInKey>(tavo, *this);
     return std::make_unique<frmInTDS>(tavo, *this);

@@ -39,11 +39,12 @@ struct OptionButton {
 };
 
 // The ASCII button sits below the frame's bottom edge, out of sight but
-// enabled; the keyboard and file buttons are hidden. All five stay reachable
-// from the Input menu.
+// enabled; the digital video, keyboard and file buttons are hidden. All stay
+// reachable from the Input menu.
 constexpr OptionButton kOptions[] = {
     {FilterKind::L21Serial, "obIFL21Serial", "Line-21 (Serial)", 240, true, true},
     {FilterKind::L21USB, "obIFL21USB", "Line-21 (Adrienne USB)", 480, true, true},
+    {FilterKind::L21Video, "obIFL21Video", "Line-21 (Digital Video)", 720, false, true},
     {FilterKind::Ascii, "obIFAscii", "Ascii (Serial)", 1080, true, true},
     {FilterKind::Key, "obIFKey", "Ascii (Keyboard)", 1320, false, false},
     {FilterKind::TDS, "obIFTDS", "TDS File", 1560, false, false},

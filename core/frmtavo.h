@@ -77,7 +77,7 @@ class frmTavo : public QMainWindow, public MainView {
     MainConsole m_console;
     QGroupBox* Frame1 = nullptr;
     QGroupBox* Frame2 = nullptr;
-    std::array<QRadioButton*, 5> m_options{};
+    std::array<QRadioButton*, kFilterCount> m_options{};
     QCheckBox* chkOutDW = nullptr;
     QCheckBox* chkOutQT = nullptr;
     QCheckBox* chkOutRT = nullptr;

@@ -3,7 +3,9 @@
 // each byte to the selected filter's entry; the display output reads the
 // filter's 15 rows of 32 characters through its row readers.
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 
 namespace zelvan {
@@ -15,11 +17,13 @@ enum Style : std::int16_t {
     kStyleLineEnded = 3,  // a line ended
 };
 
-// The five filters, in the fixed order that the pipeline, the row readers and
-// the selection handlers walk them.
-enum class FilterKind { L21Serial, L21USB, Ascii, Key, TDS };
+// The filters, in the fixed order that the pipeline, the row readers and the
+// selection handlers walk them.
+enum class FilterKind { L21Serial, L21USB, Ascii, Key, TDS, L21Video };
 inline constexpr FilterKind kFilterOrder[] = {FilterKind::L21Serial, FilterKind::L21USB,
-                                              FilterKind::Ascii, FilterKind::Key, FilterKind::TDS};
+                                              FilterKind::Ascii,     FilterKind::Key,
+                                              FilterKind::TDS,       FilterKind::L21Video};
+inline constexpr std::size_t kFilterCount = std::size(kFilterOrder);
 
 class InputFilter {
   public:

@@ -18,12 +18,13 @@ struct SelectionRule {
     bool flagBeforeShow;  // flag up before showForm (showForm may enter the loop)
 };
 
-inline constexpr std::array<SelectionRule, 5> kSelectionRules{{
+inline constexpr std::array<SelectionRule, kFilterCount> kSelectionRules{{
     {FilterKind::L21Serial, true, 0, true},
     {FilterKind::L21USB, true, 10000, false},
     {FilterKind::Ascii, false, 0, false},
     {FilterKind::Key, false, 0, true},
     {FilterKind::TDS, true, 0, false},
+    {FilterKind::L21Video, true, 0, true},
 }};
 
 class MainConsole {
@@ -35,6 +36,7 @@ class MainConsole {
     void obIFAscii_Click() { select(FilterKind::Ascii); }
     void obIFKey_Click() { select(FilterKind::Key); }
     void obIFTDS_Click() { select(FilterKind::TDS); }
+    void obIFL21Video_Click() { select(FilterKind::L21Video); }
     void select(FilterKind kind);
     void chkOutDW_Click(int value);
 
@@ -47,7 +49,7 @@ class MainConsole {
     Tavo& m_tavo;
     Shell& m_shell;
     std::unique_ptr<DisplayOutput> m_display;
-    std::array<std::unique_ptr<InputFilter>, 5> m_filters;
+    std::array<std::unique_ptr<InputFilter>, kFilterCount> m_filters;
     // A window given up may still have a handler running below us (a port's
     // open button sits in the capture loop that called this selection), so it
     // is kept, hidden, until the process ends. One per selection at most.

@@ -24,6 +24,8 @@ bool& Tavo::flag(FilterKind kind) {
             return bInAscii;
         case FilterKind::Key:
             return bInKey;
+        case FilterKind::L21Video:
+            return bInL21Video;
         case FilterKind::TDS:
             break;
     }
@@ -40,6 +42,8 @@ InputFilter*& Tavo::filterRef(FilterKind kind) {
             return frmInAscii;
         case FilterKind::Key:
             return frmInKey;
+        case FilterKind::L21Video:
+            return frmL21Video;
         case FilterKind::TDS:
             break;
     }

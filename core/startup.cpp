@@ -37,6 +37,10 @@ void Tavo::startup(Shell& theShell) {
         bInL21USB = true;
         view->showFilterOption(FilterKind::L21USB);
         main.obIFL21USB_Click();
+    } else if (InputFilterType == 6) {
+        bInL21Video = true;
+        view->showFilterOption(FilterKind::L21Video);
+        main.obIFL21Video_Click();
     }
 }
 
@@ -57,6 +61,7 @@ void Tavo::exitProgram() {
     if (bOutDW && frmOutDW) frmOutDW->hideForm();
     if (bInL21Serial && frmL21Serial) frmL21Serial->hideForm();
     if (bInL21USB && frmL21USB) frmL21USB->hideForm();
+    if (bInL21Video && frmL21Video) frmL21Video->hideForm();
     saveSettings();
     m_store.sync();
     if (shell) {

@@ -88,6 +88,7 @@ class Tavo : public CaptureSink {
     bool bInAscii = false;
     bool bInKey = false;
     bool bInTDS = false;
+    bool bInL21Video = false;
     bool bOutDW = false;
 
     // Settings of the section "General", in memory.
@@ -109,6 +110,7 @@ class Tavo : public CaptureSink {
     InputFilter* frmInAscii = nullptr;
     InputFilter* frmInKey = nullptr;
     InputFilter* frmInTDS = nullptr;
+    InputFilter* frmL21Video = nullptr;
     DisplayOutput* frmOutDW = nullptr;
     MainView* view = nullptr;
     MainConsole* console = nullptr;

@@ -2,7 +2,9 @@
 // starts zelvan21 on two pseudo-terminals with a private settings file and the
 // sign preview open, plays an SCC recording into the box at the pace of its
 // timecodes and prints each caption the sign shows, as the reflector shows it.
-// It ends when zelvan21 ends, and takes its ptys and files with it.
+// With --video the program reads a video file's captions instead of the box;
+// --make-video writes the recording into such a file. It ends when zelvan21
+// ends, and takes its ptys and files with it.
 
 #include <signal.h>
 #include <unistd.h>
@@ -18,6 +20,8 @@
 #include "demo/captionwatch.h"
 #include "demo/programrig.h"
 #include "demo/sccplayer.h"
+#include "demo/videomaker.h"
+#include "platform/mediasource.h"
 
 namespace {
 
@@ -37,6 +41,8 @@ volatile sig_atomic_t g_stop = 0;
 struct Options {
     std::string recording;
     std::string program;
+    std::string video;      // play this file's captions instead of the box
+    std::string makeVideo;  // write the recording into this file and end
     double speed = 1.0;
     bool loop = false;
     bool signOnly = false;
@@ -56,6 +62,8 @@ void usage(FILE* to) {
     std::fprintf(to,
                  "usage: zelvan-demo [--speed FACTOR] [--loop] [--sign-only] [--classic-edm] "
                  "[--program PATH] [RECORDING.scc]\n"
+                 "       zelvan-demo --video FILE [--loop] [--classic-edm] [--program PATH]\n"
+                 "       zelvan-demo --make-video FILE.ts|.mp4|.mov [RECORDING.scc]\n"
                  "  Starts zelvan21 with a simulated decoder box on COM1 and sign on COM2,\n"
                  "  plays the recording into the box (default: the bundled news recording)\n"
                  "  and prints each caption the sign shows.\n"
@@ -64,7 +72,12 @@ void usage(FILE* to) {
                  "  --sign-only     play nothing; only show what the sign gets\n"
                  "  --classic-edm   an erase of displayed memory (EDM) moves the write position\n"
                  "                  to row 1 (default: Broadcast EDM, the position stays)\n"
-                 "  --program PATH  the zelvan21 to start (default: beside this program)\n");
+                 "  --program PATH  the zelvan21 to start (default: beside this program)\n"
+                 "  --video FILE    zelvan21 reads the captions of a video file or stream\n"
+                 "                  (Line-21 (Digital Video)) instead of the decoder box\n"
+                 "  --make-video FILE  writes the recording as captions in a video: MPEG-2\n"
+                 "                  in a transport stream (.ts), H.264 in MP4 (.mp4), or a\n"
+                 "                  608 caption track in QuickTime (.mov)\n");
 }
 
 fs::path selfDir() {
@@ -90,6 +103,11 @@ bool parse(int argc, char** argv, Options& o) {
             if (o.speed <= 0) return false;
         } else if (a == "--program" && hasValue) {
             o.program = argv[++i];
+        } else if (a == "--video" && hasValue) {
+            o.video = argv[++i];
+            if (!zelvan::isNetworkSource(o.video)) o.video = fs::absolute(o.video).string();
+        } else if (a == "--make-video" && hasValue) {
+            o.makeVideo = argv[++i];
         } else if (a == "--loop") {
             o.loop = true;
         } else if (a == "--sign-only") {
@@ -105,6 +123,22 @@ bool parse(int argc, char** argv, Options& o) {
     if (o.recording.empty()) o.recording = defaultRecording();
     if (o.program.empty()) o.program = (selfDir() / "zelvan21").string();
     return true;
+}
+
+// The container by the file's extension; MPEG-2 in a transport stream
+// otherwise, as broadcast carries it.
+int writeVideo(const Options& o, const zelvan::SccRecording& recording) {
+    const std::string ext = fs::path(o.makeVideo).extension().string();
+    const zelvan::VideoSpec spec{.kind = ext == ".mp4"   ? zelvan::VideoKind::H264Mp4
+                                         : ext == ".mov" ? zelvan::VideoKind::C608Mov
+                                                         : zelvan::VideoKind::Mpeg2Ts};
+    std::printf("writing %s into %s...\n", o.recording.c_str(), o.makeVideo.c_str());
+    std::fflush(stdout);
+    const std::string failure =
+        zelvan::makeVideo(o.makeVideo, spec, zelvan::wordsPerFrame(recording));
+    if (failure.empty()) return 0;
+    std::fprintf(stderr, "zelvan-demo: %s: %s\n", o.makeVideo.c_str(), failure.c_str());
+    return 1;
 }
 
 void onSignal(int) {
@@ -153,7 +187,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     zelvan::SccRecording recording;
-    if (!o.signOnly) {
+    if (!o.signOnly && o.video.empty()) {
         recording = zelvan::readSccFile(o.recording);
         if (!recording.header || recording.lines.empty()) {
             std::fprintf(
@@ -162,6 +196,7 @@ int main(int argc, char** argv) {
             return 1;
         }
     }
+    if (!o.makeVideo.empty()) return writeVideo(o, recording);
     if (::access(o.program.c_str(), X_OK) != 0) {
         std::fprintf(stderr, "zelvan-demo: can't run %s\n", o.program.c_str());
         return 1;
@@ -173,8 +208,12 @@ int main(int argc, char** argv) {
     sigaction(SIGHUP, &sa, nullptr);
 
     const bool noDisplay = !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY");
+    const std::string videoIni =
+        o.video.empty() ? ""
+                        : "[General]\nInputFilterType=6\n[DigitalVideo]\nSource=" + o.video +
+                              "\nLoop=" + (o.loop ? "True" : "False") + "\n";
     ProgramRig rig(o.program,
-                   zelvan::ProgramOptions{.extraIni = std::string(kPtyBoxIni) +
+                   zelvan::ProgramOptions{.extraIni = std::string(kPtyBoxIni) + videoIni +
                                                       (o.classicEdm ? "" : kBroadcastEdmIni),
                                           .offscreen = noDisplay && !std::getenv("QT_QPA_PLATFORM"),
                                           .args = {"--no-splash", "--sign-preview"}});
@@ -185,6 +224,15 @@ int main(int argc, char** argv) {
                              : "Broadcast EDM (keep position) is on, as broadcast recordings need; "
                                "--classic-edm for the classic rule\n");
     std::fflush(stdout);
+    if (!o.video.empty()) {
+        std::printf("zelvan21 reads the captions of %s%s\n", o.video.c_str(),
+                    o.loop ? ", looping" : "");
+        std::fflush(stdout);
+        run(rig, nullptr);
+        rig.stop();
+        std::printf("%s\n", g_stop ? "stopped" : "zelvan21 has ended");
+        return 0;
+    }
     if (!rig.waitUntil([&] { return g_stop || !rig.running() || rig.holds(rig.box.slave); },
                        kStartMs)) {
         std::fprintf(stderr, "zelvan-demo: zelvan21 never opened the decoder's port\n");

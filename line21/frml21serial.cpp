@@ -4,14 +4,11 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
 
 #include "core/windowplace.h"
-#include "line21/memorypanes.h"
 #include "platform/qtext.h"
 #include "platform/qtmessagebox.h"
 #include "support/frmserialconfig.h"
@@ -19,7 +16,10 @@
 namespace zelvan {
 
 frmL21Serial::frmL21Serial(Tavo& tavo, InL21& memory, Shell& shell)
-    : QWidget(nullptr, Qt::Window), m_shell(shell), SerialPort(tavo.dispatch(), tavo.store()) {
+    : QWidget(nullptr, Qt::Window),
+      panes(this),
+      m_shell(shell),
+      SerialPort(tavo.dispatch(), tavo.store()) {
     setObjectName(QStringLiteral("frmL21Serial"));
     setWindowTitle(QString::fromLatin1(kL21SerialTitle));
     buildControls();
@@ -47,24 +47,10 @@ void frmL21Serial::buildControls() {
     lblOpenPortDummy = new QLabel(QStringLiteral("Open the port!"), this);
     lblOpenPortDummy->setObjectName(QStringLiteral("lblOpenPortDummy"));
     lblNotice = makeNoticeLabel(this);
-    lbChannel = new QListWidget(this);
-    lbChannel->setObjectName(QStringLiteral("lbChannel"));
-    for (const char* name : line21::channelNames) lbChannel->addItem(QString::fromLatin1(name));
     Command1 = makeButton(this, "Command1", "Command1");
     for (QWidget* w : std::initializer_list<QWidget*>{tbDial, cmdPortDial, cmdPortHangup,
-                                                      lblOpenPortDummy, lbChannel, Command1})
+                                                      lblOpenPortDummy, Command1})
         w->hide();
-
-    rtbDM = makePane(this, "rtbDM");
-    rtbNM = makePane(this, "rtbNM");
-    cmdEDM = makeButton(this, "cmdEDM", "Erase");
-    cmdFillDM = makeButton(this, "cmdFillDM", "Fill");
-    cmdShowDM = makeButton(this, "cmdShowDM", "Show");
-    cmdENM = makeButton(this, "cmdENM", "Erase");
-    cmdFillNM = makeButton(this, "cmdFillNM", "Fill");
-    cmdShowNM = makeButton(this, "cmdShowNM", "Show");
-    cmdFlip = makeButton(this, "cmdFlip", "FLIP");
-    cmdInit = makeButton(this, "cmdInit", "INIT");
     layOutControls();
 }
 
@@ -75,24 +61,13 @@ void frmL21Serial::layOutControls() {
     port->addWidget(cmdPortSetup);
     port->addWidget(cmdPortOpen);
     port->addStretch();
-    port->addWidget(cmdFlip);
-    port->addWidget(cmdInit);
-
-    auto* dm = new QVBoxLayout;
-    dm->addLayout(memoryBlock(this, "Displayed Memory:", rtbDM));
-    dm->addLayout(testRow(this, "Disp:", cmdEDM, cmdFillDM, cmdShowDM));
-    auto* nm = new QVBoxLayout;
-    nm->addLayout(memoryBlock(this, "Non-Displayed Memory:", rtbNM));
-    nm->addLayout(testRow(this, "NonDisp:", cmdENM, cmdFillNM, cmdShowNM));
-    auto* memories = new QHBoxLayout;
-    memories->addLayout(dm);
-    memories->addSpacing(12);
-    memories->addLayout(nm);
+    port->addWidget(panes.cmdFlip);
+    port->addWidget(panes.cmdInit);
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(port);
     layout->addWidget(lblNotice);
-    layout->addLayout(memories);
+    layout->addLayout(panes.banksLayout());
 }
 
 void frmL21Serial::bindControls() {
@@ -102,16 +77,7 @@ void frmL21Serial::bindControls() {
     connect(cmdPortDial, &QPushButton::clicked, this,
             [this, in] { in->cmdPortDial_Click(fromQString(tbDial->text())); });
     connect(cmdPortHangup, &QPushButton::clicked, this, [in] { in->cmdPortHangup_Click(); });
-    connect(lbChannel, &QListWidget::currentRowChanged, this,
-            [in](int row) { in->lbChannel_Click(static_cast<std::int16_t>(row)); });
-    connect(cmdEDM, &QPushButton::clicked, this, [in] { in->cmdEDM_Click(); });
-    connect(cmdFillDM, &QPushButton::clicked, this, [in] { in->cmdFillDM_Click(); });
-    connect(cmdShowDM, &QPushButton::clicked, this, [in] { in->cmdShowDM_Click(); });
-    connect(cmdENM, &QPushButton::clicked, this, [in] { in->cmdENM_Click(); });
-    connect(cmdFillNM, &QPushButton::clicked, this, [in] { in->cmdFillNM_Click(); });
-    connect(cmdShowNM, &QPushButton::clicked, this, [in] { in->cmdShowNM_Click(); });
-    connect(cmdFlip, &QPushButton::clicked, this, [in] { in->cmdFlip_Click(); });
-    connect(cmdInit, &QPushButton::clicked, this, [in] { in->cmdInit_Click(); });
+    panes.bind(*in);
     connect(Command1, &QPushButton::clicked, this, [in] { in->Command1_Click(); });
     // F1 anywhere in the window, before any control sees the key.
     new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { m_shell.showHelp(); });
@@ -164,26 +130,6 @@ void frmL21Serial::showWindow() {
 
 void frmL21Serial::hideWindow() {
     hide();
-}
-
-void frmL21Serial::setDMText(const std::string& text) {
-    m_dmText = text;
-    m_dmRefresh.request();
-}
-
-void frmL21Serial::setNMText(const std::string& text) {
-    m_nmText = text;
-    m_nmRefresh.request();
-}
-
-void frmL21Serial::showPaneText(QPlainTextEdit* pane, const std::string& text) {
-    const QString shown = toQString(text);
-    if (pane->toPlainText() != shown) pane->setPlainText(shown);
-}
-
-void frmL21Serial::showChannel(std::int16_t index) {
-    const QSignalBlocker hold(lbChannel);
-    lbChannel->setCurrentRow(index);
 }
 
 // The operator can't close it; only hideForm takes it away.

@@ -12,34 +12,21 @@
 
 #include "core/mainview.h"
 #include "line21/l21serialinput.h"
-#include "platform/deferredrefresh.h"
+#include "line21/memorypanes.h"
 #include "platform/qtport.h"
 
 class QLabel;
 class QLineEdit;
-class QListWidget;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace zelvan {
 
 class frmSerialConfig;
 
-class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
+class frmL21Serial : public QWidget, public L21FilterWindow, public L21SerialView {
   public:
     frmL21Serial(Tavo& tavo, InL21& memory, Shell& shell);
     ~frmL21Serial() override;
-
-    // --- the filter contract, forwarded to the logic ---
-    void showForm() override { m_input->showForm(); }
-    void hideForm() override { m_input->hideForm(); }
-    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
-        return m_input->filterEntry(inString, outString);
-    }
-    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
-    std::string getExternalTextTrimmed(std::int16_t i) override {
-        return m_input->getExternalTextTrimmed(i);
-    }
 
     L21SerialInput& input() { return *m_input; }
     // The setup window of the last click on cmdPortSetup, or null.
@@ -55,9 +42,9 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     void placeWindow() override;
     void showWindow() override;
     void hideWindow() override;
-    void setDMText(const std::string& text) override;
-    void setNMText(const std::string& text) override;
-    void showChannel(std::int16_t index) override;
+    void setDMText(const std::string& text) override { panes.setDMText(text); }
+    void setNMText(const std::string& text) override { panes.setNMText(text); }
+    void showChannel(std::int16_t index) override { panes.showChannel(index); }
 
     // The controls, for the tests and the screenshots.
     QPushButton* cmdPortSetup;
@@ -67,20 +54,11 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     QPushButton* cmdPortHangup;
     QLabel* lblOpenPortDummy;
     QLabel* lblNotice;
-    QListWidget* lbChannel;
-    QPlainTextEdit* rtbDM;
-    QPlainTextEdit* rtbNM;
-    QPushButton* cmdEDM;
-    QPushButton* cmdFillDM;
-    QPushButton* cmdShowDM;
-    QPushButton* cmdENM;
-    QPushButton* cmdFillNM;
-    QPushButton* cmdShowNM;
-    QPushButton* cmdFlip;
-    QPushButton* cmdInit;
     QPushButton* Command1;
+    MemoryPanes panes;
 
   protected:
+    L21Window& rules() override { return *m_input; }
     void closeEvent(QCloseEvent* e) override;
 
   private:
@@ -88,7 +66,6 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     void layOutControls();
     void bindControls();
     void cmdPortSetup_Click();
-    static void showPaneText(QPlainTextEdit* pane, const std::string& text);
 
     Shell& m_shell;
     // The port outlives the link inside the logic, which unhooks its events.
@@ -96,11 +73,6 @@ class frmL21Serial : public QWidget, public InputFilter, public L21SerialView {
     std::unique_ptr<L21SerialInput> m_input;
     // Writes into the link of m_input, so it goes first.
     std::unique_ptr<frmSerialConfig> m_setup;
-    // The decoder sets both memories at every byte of the active channel; each
-    // pane takes the latest text once the burst is decoded and its frames are out.
-    std::string m_dmText, m_nmText;
-    DeferredRefresh m_dmRefresh{[this] { showPaneText(rtbDM, m_dmText); }};
-    DeferredRefresh m_nmRefresh{[this] { showPaneText(rtbNM, m_nmText); }};
 };
 
 }  // namespace zelvan

@@ -4,8 +4,6 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
@@ -18,7 +16,7 @@
 namespace zelvan {
 
 frmL21USB::frmL21USB(Tavo& tavo, InL21& memory, BoardLibrary& library, Shell& shell)
-    : QWidget(nullptr, Qt::Window), m_tavo(tavo), m_shell(shell) {
+    : QWidget(nullptr, Qt::Window), panes(this), m_tavo(tavo), m_shell(shell) {
     setObjectName(QStringLiteral("frmL21USB"));
     setWindowTitle(QString::fromLatin1(kL21USBTitle));
     buildControls();
@@ -37,24 +35,9 @@ void frmL21USB::buildControls() {
     cboBrdLst->setMinimumWidth(cboBrdLst->fontMetrics().horizontalAdvance(
                                    QStringLiteral("PCI-VLTC/RDR (rev. A1 )  at  CC00")) +
                                40);
-    // Capture starts by itself; the button and the channel list are out of sight.
+    // Capture starts by itself; the button is out of sight.
     cmdStart = makeButton(this, "cmdStart", "Start");
-    lbChannel = new QListWidget(this);
-    lbChannel->setObjectName(QStringLiteral("lbChannel"));
-    for (const char* name : line21::channelNames) lbChannel->addItem(QString::fromLatin1(name));
     cmdStart->hide();
-    lbChannel->hide();
-
-    rtbDM = makePane(this, "rtbDM");
-    rtbNM = makePane(this, "rtbNM");
-    cmdEDM = makeButton(this, "cmdEDM", "Erase");
-    cmdFillDM = makeButton(this, "cmdFillDM", "Fill");
-    cmdShowDM = makeButton(this, "cmdShowDM", "Show");
-    cmdENM = makeButton(this, "cmdENM", "Erase");
-    cmdFillNM = makeButton(this, "cmdFillNM", "Fill");
-    cmdShowNM = makeButton(this, "cmdShowNM", "Show");
-    cmdFlip = makeButton(this, "cmdFlip", "FLIP");
-    cmdInit = makeButton(this, "cmdInit", "INIT");
     layOutControls();
 }
 
@@ -65,23 +48,12 @@ void frmL21USB::layOutControls() {
     top->addWidget(new QLabel(QStringLiteral("Device:"), this));
     top->addWidget(cboBrdLst);
     top->addStretch();
-    top->addWidget(cmdFlip);
-    top->addWidget(cmdInit);
-
-    auto* dm = new QVBoxLayout;
-    dm->addLayout(memoryBlock(this, "Displayed Memory:", rtbDM));
-    dm->addLayout(testRow(this, "Disp:", cmdEDM, cmdFillDM, cmdShowDM));
-    auto* nm = new QVBoxLayout;
-    nm->addLayout(memoryBlock(this, "Non-Displayed Memory:", rtbNM));
-    nm->addLayout(testRow(this, "NonDisp:", cmdENM, cmdFillNM, cmdShowNM));
-    auto* memories = new QHBoxLayout;
-    memories->addLayout(dm);
-    memories->addSpacing(12);
-    memories->addLayout(nm);
+    top->addWidget(panes.cmdFlip);
+    top->addWidget(panes.cmdInit);
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
-    layout->addLayout(memories);
+    layout->addLayout(panes.banksLayout());
 }
 
 void frmL21USB::bindControls() {
@@ -91,16 +63,7 @@ void frmL21USB::bindControls() {
     connect(cboBrdLst, &QComboBox::currentIndexChanged, this,
             [in](int index) { in->cboBrdLst_Click(index); });
     connect(cmdStart, &QPushButton::clicked, this, [in] { in->cmdStart_Click(); });
-    connect(lbChannel, &QListWidget::currentRowChanged, this,
-            [in](int row) { in->lbChannel_Click(static_cast<std::int16_t>(row)); });
-    connect(cmdEDM, &QPushButton::clicked, this, [in] { in->cmdEDM_Click(); });
-    connect(cmdFillDM, &QPushButton::clicked, this, [in] { in->cmdFillDM_Click(); });
-    connect(cmdShowDM, &QPushButton::clicked, this, [in] { in->cmdShowDM_Click(); });
-    connect(cmdENM, &QPushButton::clicked, this, [in] { in->cmdENM_Click(); });
-    connect(cmdFillNM, &QPushButton::clicked, this, [in] { in->cmdFillNM_Click(); });
-    connect(cmdShowNM, &QPushButton::clicked, this, [in] { in->cmdShowNM_Click(); });
-    connect(cmdFlip, &QPushButton::clicked, this, [in] { in->cmdFlip_Click(); });
-    connect(cmdInit, &QPushButton::clicked, this, [in] { in->cmdInit_Click(); });
+    panes.bind(*in);
     // F1 anywhere in the window, before any control sees the key.
     new QShortcut(QKeySequence(Qt::Key_F1), this, [this] { m_shell.showHelp(); });
 }
@@ -141,26 +104,6 @@ void frmL21USB::addBoardEntry(const std::string& text) {
 void frmL21USB::showBoardSelection(int index) {
     const QSignalBlocker hold(cboBrdLst);
     cboBrdLst->setCurrentIndex(index);
-}
-
-void frmL21USB::setDMText(const std::string& text) {
-    m_dmText = text;
-    m_dmRefresh.request();
-}
-
-void frmL21USB::setNMText(const std::string& text) {
-    m_nmText = text;
-    m_nmRefresh.request();
-}
-
-void frmL21USB::showPaneText(QPlainTextEdit* pane, const std::string& text) {
-    const QString shown = toQString(text);
-    if (pane->toPlainText() != shown) pane->setPlainText(shown);
-}
-
-void frmL21USB::showChannel(std::int16_t index) {
-    const QSignalBlocker hold(lbChannel);
-    lbChannel->setCurrentRow(index);
 }
 
 // The operator can't close it; only hideForm takes it away.

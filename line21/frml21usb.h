@@ -12,31 +12,17 @@
 
 #include "core/mainview.h"
 #include "line21/l21boardinput.h"
-#include "platform/deferredrefresh.h"
+#include "line21/memorypanes.h"
 
 class QComboBox;
-class QListWidget;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace zelvan {
 
-class frmL21USB : public QWidget, public InputFilter, public L21BoardView {
+class frmL21USB : public QWidget, public L21FilterWindow, public L21BoardView {
   public:
     frmL21USB(Tavo& tavo, InL21& memory, BoardLibrary& library, Shell& shell);
     ~frmL21USB() override;
-
-    // --- the filter contract, forwarded to the logic ---
-    void showForm() override { m_input->showForm(); }
-    void hideForm() override { m_input->hideForm(); }
-    std::int16_t filterEntry(const std::string& inString, std::string& outString) override {
-        return m_input->filterEntry(inString, outString);
-    }
-    std::string getExternalText(std::int16_t i) override { return m_input->getExternalText(i); }
-    std::string getExternalTextTrimmed(std::int16_t i) override {
-        return m_input->getExternalTextTrimmed(i);
-    }
-    void readBoard() override { m_input->readBoard(); }
 
     L21BoardInput& input() { return *m_input; }
 
@@ -46,26 +32,17 @@ class frmL21USB : public QWidget, public InputFilter, public L21BoardView {
     void hideWindow() override;
     void addBoardEntry(const std::string& text) override;
     void showBoardSelection(int index) override;
-    void setDMText(const std::string& text) override;
-    void setNMText(const std::string& text) override;
-    void showChannel(std::int16_t index) override;
+    void setDMText(const std::string& text) override { panes.setDMText(text); }
+    void setNMText(const std::string& text) override { panes.setNMText(text); }
+    void showChannel(std::int16_t index) override { panes.showChannel(index); }
 
     // The controls, for the tests and the screenshots.
     QComboBox* cboBrdLst;
     QPushButton* cmdStart;
-    QListWidget* lbChannel;
-    QPlainTextEdit* rtbDM;
-    QPlainTextEdit* rtbNM;
-    QPushButton* cmdEDM;
-    QPushButton* cmdFillDM;
-    QPushButton* cmdShowDM;
-    QPushButton* cmdENM;
-    QPushButton* cmdFillNM;
-    QPushButton* cmdShowNM;
-    QPushButton* cmdFlip;
-    QPushButton* cmdInit;
+    MemoryPanes panes;
 
   protected:
+    L21Window& rules() override { return *m_input; }
     bool event(QEvent* e) override;
     void closeEvent(QCloseEvent* e) override;
 
@@ -73,14 +50,10 @@ class frmL21USB : public QWidget, public InputFilter, public L21BoardView {
     void buildControls();
     void layOutControls();
     void bindControls();
-    static void showPaneText(QPlainTextEdit* pane, const std::string& text);
 
     Tavo& m_tavo;
     Shell& m_shell;
     std::unique_ptr<L21BoardInput> m_input;
-    std::string m_dmText, m_nmText;
-    DeferredRefresh m_dmRefresh{[this] { showPaneText(rtbDM, m_dmText); }};
-    DeferredRefresh m_nmRefresh{[this] { showPaneText(rtbNM, m_nmText); }};
 };
 
 }  // namespace zelvan

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "line21/l21serialinput.h"
+#include "line21/l21window.h"
 
 namespace zelvan {
 
@@ -43,12 +43,7 @@ CaptionWord unpackCaptionWord(std::uint32_t word) {
 }  // namespace board
 
 L21BoardInput::L21BoardInput(Tavo& tavo, InL21& memory, BoardLibrary& library, L21BoardView& view)
-    : m_tavo(tavo), m_memory(memory), m_library(library), m_view(view) {
-    m_flushTimer = m_tavo.dispatch().makeTimer([this] { TimerFlushTimer_Timer(); });
-    m_flushTimer->setInterval(kFlushMs);
-    m_flushTimer->setEnabled(false);
-    // Initialisation and load both reset the memory; once is the same as twice.
-    m_memory.initL21();
+    : L21Window(tavo, memory, view), m_library(library), m_view(view) {
     bFirstActivate = true;
     findBoards();
     std::string info(3, ' ');
@@ -56,38 +51,19 @@ L21BoardInput::L21BoardInput(Tavo& tavo, InL21& memory, BoardLibrary& library, L
     initUSBL21();
 }
 
-L21BoardInput::~L21BoardInput() {
-    if (m_memory.view == this) m_memory.view = nullptr;
-}
-
 // The cursors of the ring stay as they stand: this filter doesn't reset them.
 void L21BoardInput::showForm() {
     m_tavo.InputFilterType = 2;
-    m_memory.view = this;
     m_view.placeWindow();
-    m_view.showChannel(0);
-    lbChannel_Click(0);
+    attachToDecoder();
     m_view.showWindow();
 }
 
 // Nothing goes to the board and nothing is saved; the board stays as it is.
 void L21BoardInput::hideForm() {
-    m_flushTimer->setEnabled(false);
-    if (m_memory.view == this) m_memory.view = nullptr;
+    detachFromDecoder();
     m_tavo.bStopCapture = true;
     m_view.hideWindow();
-}
-
-std::int16_t L21BoardInput::filterEntry(const std::string& inString, std::string& outString) {
-    return m_memory.FilterL21(inString, outString);
-}
-
-std::string L21BoardInput::getExternalText(std::int16_t i) {
-    return m_memory.getExternalTextL21(i);
-}
-
-std::string L21BoardInput::getExternalTextTrimmed(std::int16_t i) {
-    return m_memory.getExternalTextTrimmedL21(i);
 }
 
 // A poll may put up to 8 bytes on the ring. With less room than that the
@@ -96,14 +72,6 @@ std::string L21BoardInput::getExternalTextTrimmed(std::int16_t i) {
 void L21BoardInput::readBoard() {
     if (m_tavo.queueRoom() < kPollBytes) return;
     USB_ReadAndQueueData();
-}
-
-void L21BoardInput::cmdShowDM_Click() {
-    m_view.setDMText(m_memory.memoryText(m_memory.iDM));
-}
-
-void L21BoardInput::cmdShowNM_Click() {
-    m_view.setNMText(m_memory.memoryText(m_memory.iNM));
 }
 
 std::uint8_t L21BoardInput::read1(BoardRegister reg, BoardAddress address) {
@@ -251,41 +219,6 @@ void L21BoardInput::cmdStart_Click() {
     m_tavo.captureLoop();
 }
 
-// The test buttons change the memory only; the operator presses "Show".
-void L21BoardInput::cmdEDM_Click() {
-    m_memory.eraseDM();
-}
-
-void L21BoardInput::cmdENM_Click() {
-    m_memory.eraseNM();
-}
-
-void L21BoardInput::cmdFillDM_Click() {
-    m_memory.fillMemory(m_memory.iDM);
-}
-
-void L21BoardInput::cmdFillNM_Click() {
-    m_memory.fillMemory(m_memory.iNM);
-}
-
-void L21BoardInput::cmdFlip_Click() {
-    m_memory.flipMemory();
-}
-
-void L21BoardInput::cmdInit_Click() {
-    m_memory.initL21();
-}
-
-void L21BoardInput::lbChannel_Click(std::int16_t index) {
-    m_memory.iChannel = index;
-}
-
-// Runs every 5 seconds once the decoder has started it; a repeated CR is
-// dropped by the decoder, so a silent board changes nothing.
-void L21BoardInput::TimerFlushTimer_Timer() {
-    queueFlushPair(m_tavo);
-}
-
 std::string L21BoardInput::dump() const {
     char head[64];
     std::snprintf(head, sizeof head, "L21USB: board=%X kind=%u", boardAddress, boardKind);
@@ -293,7 +226,7 @@ std::string L21BoardInput::dump() const {
     s += " name=\"" + boardName + "\" list=" + std::to_string(m_entries.size());
     s += " selected=" + std::to_string(m_selected);
     s += " channel=" + std::to_string(m_memory.iChannel);
-    s += " flush=" + std::string(m_flushTimer->enabled() ? "on" : "off");
+    s += " flush=" + std::string(flushTimerOn() ? "on" : "off");
     return s + " first=" + (bFirstActivate ? "1" : "0");
 }
 

@@ -16,8 +16,7 @@
 
 #include "core/inputfilter.h"
 #include "core/tavo.h"
-#include "line21/inl21.h"
-#include "line21/l21view.h"
+#include "line21/l21window.h"
 #include "platform/boardlibrary.h"
 
 namespace zelvan {
@@ -76,9 +75,8 @@ CaptionWord unpackCaptionWord(std::uint32_t word);
 }  // namespace board
 
 // What the window shows: itself, the board list and the two memory panes.
-class L21BoardView {
+class L21BoardView : public L21PanesView {
   public:
-    virtual ~L21BoardView() = default;
     virtual void placeWindow() = 0;
     // Modeless, owned by the main window.
     virtual void showWindow() = 0;
@@ -87,32 +85,18 @@ class L21BoardView {
     // without running the click.
     virtual void addBoardEntry(const std::string& text) = 0;
     virtual void showBoardSelection(int index) = 0;
-    virtual void setDMText(const std::string& text) = 0;
-    virtual void setNMText(const std::string& text) = 0;
-    virtual void showChannel(std::int16_t index) = 0;
 };
 
-class L21BoardInput : public InputFilter, public L21View {
+class L21BoardInput : public L21Window {
   public:
     // The window's initialisation and load: blank memory, the boards found
     // and the selected one set up. The view's controls must exist by now.
     L21BoardInput(Tavo& tavo, InL21& memory, BoardLibrary& library, L21BoardView& view);
-    ~L21BoardInput() override;
-    L21BoardInput(const L21BoardInput&) = delete;
-    L21BoardInput& operator=(const L21BoardInput&) = delete;
 
     // --- the filter contract ---
     void showForm() override;
     void hideForm() override;
-    std::int16_t filterEntry(const std::string& inString, std::string& outString) override;
-    std::string getExternalText(std::int16_t i) override;
-    std::string getExternalTextTrimmed(std::int16_t i) override;
     void readBoard() override;
-
-    // --- what the decoder asks of the window ---
-    void cmdShowDM_Click() override;
-    void cmdShowNM_Click() override;
-    Timer& TimerFlushTimer() override { return *m_flushTimer; }
 
     // --- the board ---
     void findBoards();
@@ -128,14 +112,6 @@ class L21BoardInput : public InputFilter, public L21View {
     void Form_Activate();
     void cmdStart_Click();
     void cboBrdLst_Click(int index);
-    void cmdEDM_Click();
-    void cmdENM_Click();
-    void cmdFillDM_Click();
-    void cmdFillNM_Click();
-    void cmdFlip_Click();
-    void cmdInit_Click();
-    void lbChannel_Click(std::int16_t index);
-    void TimerFlushTimer_Timer();
 
     // The list cboBrdLst: text and item data of each entry.
     struct Entry {
@@ -163,11 +139,8 @@ class L21BoardInput : public InputFilter, public L21View {
     std::uint32_t read4(BoardRegister reg, BoardAddress address);
     void write1(BoardRegister reg, std::uint8_t value, BoardAddress address);
 
-    Tavo& m_tavo;
-    InL21& m_memory;
     BoardLibrary& m_library;
     L21BoardView& m_view;
-    std::unique_ptr<Timer> m_flushTimer;
     std::vector<Entry> m_entries;
     int m_selected = -1;
 };

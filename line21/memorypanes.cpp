@@ -5,11 +5,15 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
 #include <QWindow>
 
 #include "line21/l21tables.h"
+#include "line21/l21window.h"
+#include "platform/qtext.h"
 
 namespace zelvan {
 
@@ -79,6 +83,11 @@ QPlainTextEdit* makeRuler(QWidget* parent, const QString& text) {
     return ruler;
 }
 
+void showPaneText(QPlainTextEdit* pane, const std::string& text) {
+    const QString shown = toQString(text);
+    if (pane->toPlainText() != shown) pane->setPlainText(shown);
+}
+
 }  // namespace
 
 // A memory pane: 15 lines of 32 characters.
@@ -127,6 +136,69 @@ QHBoxLayout* testRow(QWidget* parent, const char* label, QPushButton* erase, QPu
     for (QPushButton* b : {erase, fill, show}) row->addWidget(b);
     row->addStretch();
     return row;
+}
+
+MemoryPanes::MemoryPanes(QWidget* window)
+    : lbChannel(new QListWidget(window)),
+      rtbDM(makePane(window, "rtbDM")),
+      rtbNM(makePane(window, "rtbNM")),
+      cmdEDM(makeButton(window, "cmdEDM", "Erase")),
+      cmdFillDM(makeButton(window, "cmdFillDM", "Fill")),
+      cmdShowDM(makeButton(window, "cmdShowDM", "Show")),
+      cmdENM(makeButton(window, "cmdENM", "Erase")),
+      cmdFillNM(makeButton(window, "cmdFillNM", "Fill")),
+      cmdShowNM(makeButton(window, "cmdShowNM", "Show")),
+      cmdFlip(makeButton(window, "cmdFlip", "FLIP")),
+      cmdInit(makeButton(window, "cmdInit", "INIT")),
+      m_window(window),
+      m_dmRefresh([this] { showPaneText(rtbDM, m_dmText); }),
+      m_nmRefresh([this] { showPaneText(rtbNM, m_nmText); }) {
+    lbChannel->setObjectName(QStringLiteral("lbChannel"));
+    for (const char* name : line21::channelNames) lbChannel->addItem(QString::fromLatin1(name));
+    lbChannel->hide();  // there, out of sight: the channel starts at CC1
+}
+
+QHBoxLayout* MemoryPanes::banksLayout() {
+    auto* dm = new QVBoxLayout;
+    dm->addLayout(memoryBlock(m_window, "Displayed Memory:", rtbDM));
+    dm->addLayout(testRow(m_window, "Disp:", cmdEDM, cmdFillDM, cmdShowDM));
+    auto* nm = new QVBoxLayout;
+    nm->addLayout(memoryBlock(m_window, "Non-Displayed Memory:", rtbNM));
+    nm->addLayout(testRow(m_window, "NonDisp:", cmdENM, cmdFillNM, cmdShowNM));
+    auto* banks = new QHBoxLayout;
+    banks->addLayout(dm);
+    banks->addSpacing(12);
+    banks->addLayout(nm);
+    return banks;
+}
+
+void MemoryPanes::bind(L21Window& input) {
+    L21Window* in = &input;
+    QObject::connect(lbChannel, &QListWidget::currentRowChanged, m_window,
+                     [in](int row) { in->lbChannel_Click(static_cast<std::int16_t>(row)); });
+    const std::pair<QPushButton*, void (L21Window::*)()> buttons[] = {
+        {cmdEDM, &L21Window::cmdEDM_Click},       {cmdFillDM, &L21Window::cmdFillDM_Click},
+        {cmdShowDM, &L21Window::cmdShowDM_Click}, {cmdENM, &L21Window::cmdENM_Click},
+        {cmdFillNM, &L21Window::cmdFillNM_Click}, {cmdShowNM, &L21Window::cmdShowNM_Click},
+        {cmdFlip, &L21Window::cmdFlip_Click},     {cmdInit, &L21Window::cmdInit_Click},
+    };
+    for (auto [button, click] : buttons)
+        QObject::connect(button, &QPushButton::clicked, m_window, [in, click] { (in->*click)(); });
+}
+
+void MemoryPanes::setDMText(const std::string& text) {
+    m_dmText = text;
+    m_dmRefresh.request();
+}
+
+void MemoryPanes::setNMText(const std::string& text) {
+    m_nmText = text;
+    m_nmRefresh.request();
+}
+
+void MemoryPanes::showChannel(std::int16_t index) {
+    const QSignalBlocker hold(lbChannel);
+    lbChannel->setCurrentRow(index);
 }
 
 QWidget* mainWindow() {

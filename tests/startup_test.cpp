@@ -68,6 +68,7 @@ TEST(Startup, StartsWithTheStoredFilterAndEndsActingOnTheDisplayThenClosing) {
     for (auto [type, task, displayAction, filter, kind] :
          {std::tuple{"", "", "display.showStartupBarker(true)", "L21Serial", K::L21Serial},
           {"2", "0", "", "L21USB", K::L21USB},
+          {"6", "0", "", "L21Video", K::L21Video},
           {"3", "2", "display.DWErase", "", K::TDS}}) {
         Rig rig;
         if (*type) rig.store.set("General", "InputFilterType", type);

@@ -120,7 +120,7 @@ class FakeShell : public Shell {
         return *console;
     }
     std::unique_ptr<InputFilter> makeFilter(FilterKind kind, Tavo&) override {
-        static const char* names[] = {"L21Serial", "L21USB", "Ascii", "Key", "TDS"};
+        static const char* names[] = {"L21Serial", "L21USB", "Ascii", "Key", "TDS", "L21Video"};
         auto f = std::make_unique<FakeFilter>(names[static_cast<int>(kind)], log);
         if (onMake) onMake(kind, *f);
         lastFilter = f.get();

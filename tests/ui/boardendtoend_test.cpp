@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "display/signmodel.h"
 #include "support/logicframes.h"
 #include "support/programrig.h"
 #include "support/testdata.h"
@@ -12,14 +11,7 @@ namespace zelvan {
 namespace {
 
 using testing::ProgramRig;
-
-bool signShows(const std::string& bytes, const std::string& text) {
-    SignModel sign;
-    sign.feed(bytes);
-    for (int r = 1; r <= 3; ++r)
-        if (sign.rowThroughReflector(r).find(text) != std::string::npos) return true;
-    return false;
-}
+using testing::signShows;
 
 TEST(BoardEndToEnd, AShortRecordingReachesTheSignInRealTimeAsFromADecoderBox) {
     const std::string path = testing::samplePath("popon-short.scc");

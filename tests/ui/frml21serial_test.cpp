@@ -36,7 +36,7 @@ TEST_F(FrmL21SerialTest, RulersSitOnThePanesGridAndNothingIsClipped) {
     auto* columns = window.findChild<QPlainTextEdit*>(QStringLiteral("rtbDMColumns"));
     auto* rows = window.findChild<QPlainTextEdit*>(QStringLiteral("rtbDMRows"));
     ASSERT_TRUE(columns && rows);
-    QPlainTextEdit* pane = window.rtbDM;
+    QPlainTextEdit* pane = window.panes.rtbDM;
     const auto onTheGrid = [&] {
         // The bank as the pane holds it: lines end in LF there.
         bool on = pane->toPlainText() == toQString(memory.memoryText(memory.iDM))

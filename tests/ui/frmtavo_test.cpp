@@ -202,13 +202,14 @@ TEST_F(MainWindowTest, HelpPagesQuoteCaptionsOfTheirWindows) {
     };
     const QWidget *serial = input(FilterKind::L21Serial), *usb = input(FilterKind::L21USB),
                   *ascii = input(FilterKind::Ascii), *key = input(FilterKind::Key),
-                  *tds = input(FilterKind::TDS);
+                  *tds = input(FilterKind::TDS), *video = input(FilterKind::L21Video);
     frmOutDW display{tavo, shell};
     frmTavoPrefs prefs{tavo, shell};
     // clang-format off
     const std::pair<QString, std::vector<const QWidget*>> pages[] = {
         {"Index.htm", {&window, &display}}, {"qn_contact.htm", {&window}},
         {"qn_input_line21.htm", {serial, &window}}, {"qn_input_line21usb.htm", {usb}},
+        {"qn_input_line21video.htm", {video}},
         {"qn_input_ascii.htm", {ascii}}, {"qn_input_keyboard.htm", {key}},
         {"qn_input_tds.htm", {tds}}, {"qn_output_hlc.htm", {&display}},
         {"qn_over_faq.htm", {&display, &window}}, {"qn_prefs.htm", {&prefs}}};
