@@ -1,0 +1,88 @@
+#pragma once
+// The web mirror's server, on Qt's own HTTP server and WebSockets: GET / gives
+// the page from the program's resources; /live is a WebSocket that sends the
+// sign as it stands, then a message at each change of it. It is read-only:
+// what a reader sends is never looked at.
+//
+// It guards the program against the network: connections past the readers'
+// limit and a margin for page loads are refused; a connection that isn't a
+// reader after 10 s is closed, whatever it sent; a reader that stops reading
+// is dropped when its queue overflows.
+
+#include <QHttpServer>
+#include <QTcpServer>
+#include <QWebSocketProtocol>
+#include <memory>
+#include <set>
+#include <unordered_map>
+
+#include "display/mirror/mirrorclients.h"
+#include "display/mirror/mirrorfeed.h"
+#include "display/mirror/mirrorsettings.h"
+
+class QWebSocket;
+
+namespace zelvan {
+
+class WebReader;
+
+// Takes the connections the listener accepts, or refuses them when it holds
+// as many as it may, and closes those that stay no more than a request.
+class ConnectionGate : public QTcpServer {
+  public:
+    static constexpr int kRequestBoundMs = 10000;
+
+    ConnectionGate(int most, QObject* parent) : QTcpServer(parent), m_most(most) {}
+    // The connection from this peer became a reader: it stays.
+    void keep(const QHostAddress& address, quint16 port);
+    void release(const QHostAddress& address, quint16 port);
+    int open() const { return m_open; }
+    int refused = 0;
+
+  protected:
+    void incomingConnection(qintptr descriptor) override;
+
+  private:
+    void closeUnlessKept(QTcpSocket* socket);
+
+    int m_most;
+    int m_open = 0;
+    std::set<std::pair<QString, quint16>> m_kept;
+};
+
+class MirrorServer : public QObject {
+  public:
+    // Connections beyond the readers': pages loading, browsers' spare ones.
+    static constexpr int kSpareConnections = 64;
+    // A reader's messages are never read; a larger frame ends its connection.
+    static constexpr int kLargestIncoming = 1024;
+    static constexpr const char* kFeedPath = "/live";
+    static constexpr int kCloseBoundMs = 2000;
+
+    MirrorServer(EventDispatch& dispatch, const MirrorSettings& settings);
+    ~MirrorServer() override;
+
+    // Listens on the settings' address and port; false with the reason in error().
+    bool listen();
+    const std::string& error() const { return m_error; }
+    std::uint16_t port() const;
+    WriteTap& tap() { return m_feed; }
+    const MirrorClients& clients() const { return m_clients; }
+    const ConnectionGate& gate() const { return *m_gate; }
+
+  private:
+    void takeReaders();
+    void admit(std::unique_ptr<QWebSocket> socket);
+    void refuse(QWebSocket* socket, QWebSocketProtocol::CloseCode code, const char* reason);
+    void leave(QWebSocket* socket);
+
+    MirrorSettings m_settings;
+    QHttpServer m_http;
+    ConnectionGate* m_gate;  // a child
+    MirrorClients m_clients;
+    MirrorFeed m_feed;
+    std::unordered_map<QWebSocket*, std::unique_ptr<WebReader>> m_readers;
+    std::string m_error;
+};
+
+}  // namespace zelvan
