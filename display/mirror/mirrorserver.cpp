@@ -17,8 +17,6 @@ constexpr const char* kPageResource = ":/mirror/mirror.html";
 constexpr const char* kPagePolicy =
     "default-src 'none'; script-src 'unsafe-inline'; style-src 'unsafe-inline'; "
     "connect-src 'self'; img-src data:; base-uri 'none'; form-action 'none'";
-// "Try again later": the page waits before it connects again.
-constexpr auto kCloseFull = static_cast<QWebSocketProtocol::CloseCode>(1013);
 
 // A thousand readers need a thousand sockets; a desktop session often starts
 // with room for only a thousand files in all.
@@ -64,21 +62,26 @@ class WebReader : public MirrorClient {
 };
 
 void ConnectionGate::incomingConnection(qintptr descriptor) {
-    if (m_open >= m_most) {
+    auto* socket = open() < m_most ? new QTcpSocket : nullptr;
+    if (!socket || !socket->setSocketDescriptor(descriptor)) {
         ++refused;
-        ::close(static_cast<int>(descriptor));
-        return;
-    }
-    auto* socket = new QTcpSocket;
-    if (!socket->setSocketDescriptor(descriptor)) {
         delete socket;
         ::close(static_cast<int>(descriptor));
         return;
     }
-    ++m_open;
-    connect(socket, &QObject::destroyed, this, [this] { --m_open; });
+    m_sockets.emplace_back(socket);
+    socket->setReadBufferSize(kLargestRequest);
+    connect(socket, &QTcpSocket::readyRead, this, [socket] {
+        if (socket->bytesAvailable() >= kLargestRequest)
+            QMetaObject::invokeMethod(socket, &QTcpSocket::abort, Qt::QueuedConnection);
+    });
     QTimer::singleShot(kRequestBoundMs, socket, [this, socket] { closeUnlessKept(socket); });
     addPendingConnection(socket);
+}
+
+int ConnectionGate::open() {
+    std::erase_if(m_sockets, [](const QPointer<QTcpSocket>& s) { return s.isNull(); });
+    return static_cast<int>(m_sockets.size());
 }
 
 void ConnectionGate::closeUnlessKept(QTcpSocket* socket) {
@@ -144,7 +147,7 @@ void MirrorServer::admit(std::unique_ptr<QWebSocket> socket) {
     ws->setMaxAllowedIncomingMessageSize(kLargestIncoming);
     auto reader = std::make_unique<WebReader>(ws);
     if (!m_clients.admit(*reader, m_feed.current())) {
-        refuse(ws, kCloseFull, "Too many readers");
+        refuse(ws, QWebSocketProtocol::CloseCodePolicyViolated, "Too many readers");
         return;
     }
     m_gate->keep(ws->peerAddress(), ws->peerPort());

@@ -10,6 +10,7 @@
 // is dropped when its queue overflows.
 
 #include <QHttpServer>
+#include <QPointer>
 #include <QTcpServer>
 #include <QWebSocketProtocol>
 #include <memory>
@@ -27,16 +28,19 @@ namespace zelvan {
 class WebReader;
 
 // Takes the connections the listener accepts, or refuses them when it holds
-// as many as it may, and closes those that stay no more than a request.
+// as many as it may. It closes those that stay no more than a request, and a
+// request larger than any the page makes.
 class ConnectionGate : public QTcpServer {
   public:
     static constexpr int kRequestBoundMs = 10000;
+    static constexpr qint64 kLargestRequest = 16 * 1024;
 
     ConnectionGate(int most, QObject* parent) : QTcpServer(parent), m_most(most) {}
     // The connection from this peer became a reader: it stays.
     void keep(const QHostAddress& address, quint16 port);
     void release(const QHostAddress& address, quint16 port);
-    int open() const { return m_open; }
+    // Connections held now, readers and requests.
+    int open();
     int refused = 0;
 
   protected:
@@ -46,7 +50,7 @@ class ConnectionGate : public QTcpServer {
     void closeUnlessKept(QTcpSocket* socket);
 
     int m_most;
-    int m_open = 0;
+    std::vector<QPointer<QTcpSocket>> m_sockets;
     std::set<std::pair<QString, quint16>> m_kept;
 };
 
@@ -68,7 +72,7 @@ class MirrorServer : public QObject {
     std::uint16_t port() const;
     WriteTap& tap() { return m_feed; }
     const MirrorClients& clients() const { return m_clients; }
-    const ConnectionGate& gate() const { return *m_gate; }
+    ConnectionGate& gate() { return *m_gate; }
 
   private:
     void takeReaders();
