@@ -55,25 +55,20 @@ std::string mirrorMessage(long long seq, const ReaderView& view) {
 }
 
 MirrorFeed::MirrorFeed(EventDispatch& dispatch, Publish publish)
-    : m_dispatch(dispatch),
-      m_publish(std::move(publish)),
+    : m_publish(std::move(publish)),
+      m_settle(dispatch.makeTimer([this] { takeIn(); })),
       m_view(readerView(m_sign)),
-      m_current(mirrorMessage(m_seq, m_view)) {}
-
-MirrorFeed::~MirrorFeed() {
-    *m_alive = false;
+      m_current(mirrorMessage(m_seq, m_view)) {
+    m_settle->setInterval(kSettleMs);
 }
 
 void MirrorFeed::written(const std::string& bytes) {
-    if (bytes.empty()) return;
-    if (m_pending.empty())
-        m_dispatch.post([this, alive = m_alive] {
-            if (*alive) takeIn();
-        });
     m_pending += bytes;
+    if (!m_pending.empty() && !m_settle->enabled()) m_settle->setEnabled(true);
 }
 
 void MirrorFeed::takeIn() {
+    m_settle->setEnabled(false);
     m_sign.feed(m_pending);
     m_pending.clear();
     ReaderView view = readerView(m_sign);

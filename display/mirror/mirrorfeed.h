@@ -4,9 +4,10 @@
 // as the audience reads them in the reflector, as one JSON message for the
 // phones: {"seq": N, "rows": ["...", "...", "..."], "bright": true}.
 //
-// The tap only appends: the model takes the bytes in a later turn of the
-// event loop, so the sign's frames are all out before any phone is served,
-// and a burst of frames (dim, erase, rows, bright) makes one message.
+// The tap only appends: the model takes the bytes in a few milliseconds, so
+// the sign's frames are all out, and on their way down the line, before any
+// phone is served; a burst of frames (dim, erase, rows, bright) makes one
+// message.
 
 #include <array>
 #include <functional>
@@ -33,9 +34,10 @@ std::string mirrorMessage(long long seq, const ReaderView& view);
 class MirrorFeed : public WriteTap {
   public:
     using Publish = std::function<void(const std::string& message)>;
+    // Long enough for the frames of a caption, short beside a reader's eye.
+    static constexpr int kSettleMs = 10;
 
     MirrorFeed(EventDispatch& dispatch, Publish publish);
-    ~MirrorFeed() override;
 
     void written(const std::string& bytes) override;
 
@@ -46,14 +48,13 @@ class MirrorFeed : public WriteTap {
   private:
     void takeIn();
 
-    EventDispatch& m_dispatch;
     Publish m_publish;
+    std::unique_ptr<Timer> m_settle;
     SignModel m_sign;
     std::string m_pending;
     ReaderView m_view;
     long long m_seq = 0;
     std::string m_current;
-    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 
 }  // namespace zelvan

@@ -71,6 +71,9 @@ void ConnectionGate::incomingConnection(qintptr descriptor) {
     }
     m_sockets.emplace_back(socket);
     socket->setReadBufferSize(kLargestRequest);
+    socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, kSystemSendBuffer);
+    // A message is small: it leaves at once instead of waiting for company.
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(socket, &QTcpSocket::readyRead, this, [socket] {
         if (socket->bytesAvailable() >= kLargestRequest)
             QMetaObject::invokeMethod(socket, &QTcpSocket::abort, Qt::QueuedConnection);

@@ -34,6 +34,9 @@ class ConnectionGate : public QTcpServer {
   public:
     static constexpr int kRequestBoundMs = 10000;
     static constexpr qint64 kLargestRequest = 16 * 1024;
+    // What the system may hold for a reader beyond its queue; left alone, it
+    // grows to megabytes for a reader that stops reading.
+    static constexpr int kSystemSendBuffer = 64 * 1024;
 
     ConnectionGate(int most, QObject* parent) : QTcpServer(parent), m_most(most) {}
     // The connection from this peer became a reader: it stays.

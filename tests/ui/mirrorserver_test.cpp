@@ -1,13 +1,18 @@
 // The web mirror's server on loopback, against well-behaved readers and bad
-// input, and the real program feeding it from a null sign.
+// input, and its window.
 
 #include <gtest/gtest.h>
 #include <QTcpSocket>
 #include <QWebSocket>
 
+#include <QCheckBox>
+#include <QLabel>
+
+#include "display/mirror/frmmirror.h"
 #include "display/mirror/mirrorserver.h"
-#include "support/programrig.h"
+#include "platform/nullport.h"
 #include "support/qtrig.h"
+#include "support/recordinglinkview.h"
 
 namespace zelvan {
 namespace {
@@ -85,8 +90,6 @@ TEST_F(MirrorServerTest, BadInputIsTurnedAwayAndTheOthersAreServed) {
         {"no such page", "GET /other HTTP/1.1\r\nHost: x\r\n\r\n", "HTTP/1.1 404", false},
         {"bad opcode", handshake() + "|" + QByteArray("\x83\x80\x01\x02\x03\x04", 6),
          "HTTP/1.1 101"},
-        {"text from a reader", handshake() + "|" + QByteArray("\x81\x81\x01\x02\x03\x04y", 7) +
-         "|" + QByteArray("\x88\x80\x01\x02\x03\x04", 6), "HTTP/1.1 101"},
     };
     for (int i = 0; i < std::ssize(cases); ++i) {
         const QByteArray answer = exchange(server->port(), cases[i].request, 100);
@@ -123,30 +126,42 @@ TEST_F(MirrorServerTest, AFloodPastTheLimitIsRefusedAndTheReadersGoOn) {
     EXPECT_TRUE(first.gets("cba") && second.gets("cba"));
     second.socket.close();
     EXPECT_TRUE(waitFor([&] { return server->gate().open() == 1; }));
-    Reader next(server->port());
-    EXPECT_TRUE(next.gets("cba"));
-    server.reset();
-    EXPECT_TRUE(waitFor([&] { return first.socket.state() == QAbstractSocket::UnconnectedState; }));
 }
 
-// A venue without a sign: the display's device is null, and the captions
-// still reach the phones.
-TEST(WebMirrorEndToEndTest, CaptionsReachAReaderWithoutASign) {
-    QTcpServer probe;  // a free port for the program
-    ASSERT_TRUE(probe.listen(QHostAddress::LocalHost));
-    const std::uint16_t port = probe.serverPort();
-    probe.close();
-    ProgramRig rig(ZELVAN_BINARY,
-                   ProgramOptions{.extraIni = "[WebMirror]\nEnabled=true\nPort=" +
-                                              std::to_string(port) + "\n",
-                                  .signDevice = "null"});
-    ASSERT_TRUE(rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 20000));
-    testing::settle(1500);  // the decoder port's purge after opening
-    Reader reader(port);
-    ASSERT_TRUE(reader.gets("Welcome"));
-    rig.sendToBox(testing::popOnCaption("No sign here"));
-    EXPECT_TRUE(waitFor([&] { return reader.got.last().contains("No sign here"); }, 5000));
-    rig.stop();
+std::uint16_t freePort() {
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
+}
+
+// The window turns the mirror on and off and keeps the choice; while on, the
+// display link's frames reach the readers, and it shows where to find them.
+TEST(FrmMirrorTest, TheWindowTurnsTheMirrorOnAndShowsWhereToFindIt) {
+    testing::QtRig rig;
+    NullPort port{rig.dispatch};
+    testing::RecordingLinkView view;
+    SerialLink link{kDisplayLink, port, rig.tavo, view};
+    link.openPort();
+    const std::uint16_t free = freePort();
+    rig.store.set(kWebMirrorSection, "Port", std::to_string(free));
+    WebMirror mirror(link, rig.dispatch, rig.store);
+    frmMirror window(mirror);
+    auto* on = window.findChild<QCheckBox*>("chkMirrorOn");
+    on->setChecked(true);
+    EXPECT_TRUE(mirror.running() && readMirrorSettings(rig.store).enabled) << mirror.error();
+    EXPECT_EQ(window.findChild<QLabel*>("lblMirrorAddress")->text(),
+              QStringLiteral("http://127.0.0.1:%1/").arg(free));
+    EXPECT_FALSE(window.findChild<QLabel*>("lblQrCode")->pixmap().isNull());
+    Reader reader(free);
+    EXPECT_TRUE(reader.gets("seq"));
+    link.write(row());
+    EXPECT_TRUE(reader.gets("cba"));
+    window.refreshNow();
+    EXPECT_EQ(window.findChild<QLabel*>("lblReaders")->text(), "1 reader connected");
+    on->setChecked(false);
+    EXPECT_TRUE(waitFor([&] { return reader.socket.state() == QAbstractSocket::UnconnectedState; }));
+    EXPECT_FALSE(readMirrorSettings(rig.store).enabled);
+    link.write(row("after"));  // no tap left on the link
 }
 
 }  // namespace

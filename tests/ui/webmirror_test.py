@@ -3,7 +3,9 @@
 and its sign on pseudo-terminals and the mirror on, serves the page to
 headless Chromium on a phone-sized screen; while captions play into the
 decoder, the page's current caption must equal what the sign shows in its
-reflector, read from the bytes the sign got.
+reflector, read from the bytes the sign got. Then the program goes, and comes
+back with a null device for its sign, as at a venue without one: the page
+says it is reconnecting, reconnects by itself, and shows the next caption.
     tests/ui/webmirror_test.py build/zelvan21 [SCREENSHOT.png]
 Exits 77 (skipped) when Chromium is missing. Chromium is driven over its
 debugging pipe, so nothing beyond Python's own library is needed.
@@ -176,12 +178,15 @@ def main(binary, screenshot=None):
     folder = tempfile.mkdtemp(prefix="zelvan-mirror-")
     port = free_port()
     os.makedirs(os.path.join(folder, "Zelvan21"))
-    with open(os.path.join(folder, "Zelvan21", "Zelvan21.ini"), "w") as ini:
-        ini.write(f"[Devices]\nCOM1={box.slave}\nCOM2={sign_line.slave}\n"
-                  f"[WebMirror]\nEnabled=true\nPort={port}\n")
     env = dict(os.environ, XDG_CONFIG_HOME=folder, QT_QPA_PLATFORM="offscreen")
-    start = lambda: subprocess.Popen([binary, "--no-splash"], env=env, stderr=subprocess.DEVNULL)
-    program, browser = start(), None
+
+    def start(sign_device):
+        with open(os.path.join(folder, "Zelvan21", "Zelvan21.ini"), "w") as ini:
+            ini.write(f"[Devices]\nCOM1={box.slave}\nCOM2={sign_device}\n"
+                      f"[WebMirror]\nEnabled=true\nPort={port}\n")
+        return subprocess.Popen([binary, "--no-splash"], env=env, stderr=subprocess.DEVNULL)
+
+    program, browser = start(sign_line.slave), None
     try:
         sign = Sign()
         assert wait_for(lambda: sign.feed(sign_line.take()) or sign.reflector()), "no startup caption"
@@ -204,13 +209,16 @@ def main(binary, screenshot=None):
             png = browser.page("Page.captureScreenshot", format="png")["data"]
             with open(screenshot, "wb") as f:
                 f.write(base64.b64decode(png))
-        # The program goes and comes back: the page says so, and reconnects by itself.
         program.terminate()
         program.wait()
         assert wait_for(lambda: browser.text("status") == "Reconnecting\u2026"), browser.text("status")
-        program = start()
+        program = start("null")
         assert wait_for(lambda: browser.text("status") == "Live", 20), browser.text("status")
         assert wait_for(lambda: browser.text("current").startswith("Welcome"))
+        time.sleep(1.0)
+        os.write(box.master, pop_on([b"Without a sign."]))
+        assert wait_for(lambda: browser.text("current") == "Without a sign.", 5), \
+            browser.text("current")
     finally:
         if browser:
             browser.end()
