@@ -29,6 +29,7 @@
 #include <string>
 #include <vector>
 
+#include "display/mirror/mirrorfeed.h"
 #include "support/programrig.h"
 #include "support/qtrig.h"
 
@@ -57,8 +58,12 @@ using Readers = std::vector<std::unique_ptr<Reader>>;
 Readers connectReaders(std::uint16_t port, int n) {
     Readers readers;
     for (int i = 0; i < n; ++i) readers.push_back(std::make_unique<Reader>(port));
-    waitFor([&] { return std::all_of(readers.begin(), readers.end(), [](auto& r) {
-                      return !r->got.empty(); }); }, 30000);
+    waitFor(
+        [&] {
+            return std::all_of(readers.begin(), readers.end(),
+                               [](auto& r) { return !r->got.empty(); });
+        },
+        30000);
     return readers;
 }
 
@@ -98,18 +103,28 @@ int fanOut(ProgramRig& rig, Readers& readers, int captions) {
         const auto onSign = Clock::now();
         const QString want = QString::fromLatin1(text);
         const auto has = [&](Reader& r) {
-            return std::any_of(r.got.begin(), r.got.end(), [&](auto& g) { return g.second.contains(want); });
+            return std::any_of(r.got.begin(), r.got.end(),
+                               [&](auto& g) { return g.second.contains(want); });
         };
-        waitFor([&] { return std::all_of(readers.begin(), readers.end(), [&](auto& r) { return has(*r); }); }, 5000);
+        waitFor(
+            [&] {
+                return std::all_of(readers.begin(), readers.end(),
+                                   [&](auto& r) { return has(*r); });
+            },
+            5000);
         for (auto& r : readers) {
-            const auto it = std::find_if(r->got.begin(), r->got.end(), [&](auto& g) { return g.second.contains(want); });
-            if (it == r->got.end()) ++missed;
-            else ms.push_back(std::chrono::duration<double, std::milli>(it->first - onSign).count());
+            const auto it = std::find_if(r->got.begin(), r->got.end(),
+                                         [&](auto& g) { return g.second.contains(want); });
+            if (it == r->got.end())
+                ++missed;
+            else
+                ms.push_back(std::chrono::duration<double, std::milli>(it->first - onSign).count());
         }
     }
-    std::printf("fan-out: %zu readers, %d captions, missed %d, median %.2f ms, p99 %.2f ms, max %.2f ms\n",
-                readers.size(), captions, missed, percentile(ms, 0.5), percentile(ms, 0.99),
-                *std::max_element(ms.begin(), ms.end()));
+    std::printf(
+        "fan-out: %zu readers, %d captions, missed %d, median %.2f ms, p99 %.2f ms, max %.2f ms\n",
+        readers.size(), captions, missed, percentile(ms, 0.5), percentile(ms, 0.99),
+        *std::max_element(ms.begin(), ms.end()));
     return missed == 0 ? 0 : 1;
 }
 
@@ -119,9 +134,13 @@ void churn(ProgramRig& rig, std::uint16_t port, int times) {
     for (int done = 0; done < times; done += kBatch) {
         Readers batch = connectReaders(port, kBatch);
         for (auto& r : batch) r->socket.close();
-        waitFor([&] { return std::all_of(batch.begin(), batch.end(), [](auto& r) {
-                          return r->socket.state() == QAbstractSocket::UnconnectedState; }); });
-        if ((done + kBatch) % 2500 == 0) std::printf(", after %d %ld kB", done + kBatch, rssKb(rig.pid()));
+        waitFor([&] {
+            return std::all_of(batch.begin(), batch.end(), [](auto& r) {
+                return r->socket.state() == QAbstractSocket::UnconnectedState;
+            });
+        });
+        if ((done + kBatch) % 2500 == 0)
+            std::printf(", after %d %ld kB", done + kBatch, rssKb(rig.pid()));
         std::fflush(stdout);
     }
     std::printf("\n");
@@ -159,6 +178,12 @@ bool dropped(int fd) {
 int stall(ProgramRig& rig, std::uint16_t port, int captions) {
     const int fd = stalledReader(port);
     zelvan::testing::settle(500);
+    char head[16] = "";
+    ::recv(fd, head, sizeof head - 1, MSG_PEEK | MSG_DONTWAIT);
+    if (!std::string(head).starts_with("HTTP/1.1 101")) {
+        std::printf("stalled reader: not let in (%s)\n", head);
+        return 1;
+    }
     const long before = rssKb(rig.pid());
     long most = before;
     const std::string row(27, 'x');
@@ -166,6 +191,8 @@ int stall(ProgramRig& rig, std::uint16_t port, int captions) {
         char text[40];
         std::snprintf(text, sizeof text, "%05d", i);
         captionOnSign(rig, popOnCaption(text + row));
+        // Changes closer together than the mirror's settling time make one message.
+        rig.waitUntil([] { return false; }, zelvan::MirrorFeed::kSettleMs + 2);
         if (i % 100 == 0) most = std::max(most, rssKb(rig.pid()));
     }
     const bool gone = dropped(fd);
@@ -196,7 +223,8 @@ int hold(std::uint16_t port, int n) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    if (argc == 4 && std::string(argv[1]) == "--hold") return hold(std::atoi(argv[2]), std::atoi(argv[3]));
+    if (argc == 4 && std::string(argv[1]) == "--hold")
+        return hold(std::atoi(argv[2]), std::atoi(argv[3]));
     if (argc < 2) {
         std::fprintf(stderr, "usage: %s PROGRAM [READERS] [CAPTIONS] [COMINGS]\n", argv[0]);
         return 2;
@@ -204,15 +232,15 @@ int main(int argc, char** argv) {
     const int n = argc > 2 ? std::atoi(argv[2]) : 500;
     const int captions = argc > 3 ? std::atoi(argv[3]) : 200;
     const std::uint16_t port = freePort();
-    ProgramRig rig(argv[1], zelvan::ProgramOptions{
-                                .extraIni = "[WebMirror]\nEnabled=true\nPort=" + std::to_string(port) + "\n"});
+    ProgramRig rig(argv[1], zelvan::ProgramOptions{.extraIni = "[WebMirror]\nEnabled=true\nPort=" +
+                                                               std::to_string(port) + "\n"});
     if (!rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 30000)) return 1;
     rig.waitUntil([] { return false; }, 1500);
     Readers readers = connectReaders(port, n);
     int failed = fanOut(rig, readers, captions);
     readers.clear();
     churn(rig, port, argc > 4 ? std::atoi(argv[4]) : 10000);
-    failed += stall(rig, port, 4000);
+    failed += stall(rig, port, 3000);
     rig.stop();
     return failed;
 }

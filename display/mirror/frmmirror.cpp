@@ -117,10 +117,11 @@ void frmMirror::refreshNow() {
         return;
     }
     const std::size_t n = m_mirror.readers();
-    m_lblReaders->setText(on ? QStringLiteral("%1 %2 connected")
-                                   .arg(n)
-                                   .arg(n == 1 ? QStringLiteral("reader") : QStringLiteral("readers"))
-                             : QString());
+    m_lblReaders->setText(
+        on ? QStringLiteral("%1 %2 connected")
+                 .arg(n)
+                 .arg(n == 1 ? QStringLiteral("reader") : QStringLiteral("readers"))
+           : QString());
 }
 
 }  // namespace zelvan

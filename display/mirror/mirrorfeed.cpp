@@ -42,7 +42,8 @@ std::string jsonString(const std::string& utf8) {
 
 ReaderView readerView(const SignModel& sign) {
     ReaderView view;
-    for (int r = 1; r <= kSignRows; ++r) view.rows[static_cast<std::size_t>(r - 1)] = readerRow(sign, r);
+    for (int r = 1; r <= kSignRows; ++r)
+        view.rows[static_cast<std::size_t>(r - 1)] = readerRow(sign, r);
     view.bright = sign.bright;
     return view;
 }

@@ -78,7 +78,9 @@ void ConnectionGate::incomingConnection(qintptr descriptor) {
         if (socket->bytesAvailable() >= kLargestRequest)
             QMetaObject::invokeMethod(socket, &QTcpSocket::abort, Qt::QueuedConnection);
     });
-    QTimer::singleShot(kRequestBoundMs, socket, [this, socket] { closeUnlessKept(socket); });
+    QTimer::singleShot(kRequestBoundMs, this, [this, s = QPointer<QTcpSocket>(socket)] {
+        if (s && !isKept(*s)) s->abort();
+    });
     addPendingConnection(socket);
 }
 
@@ -87,8 +89,17 @@ int ConnectionGate::open() {
     return static_cast<int>(m_sockets.size());
 }
 
-void ConnectionGate::closeUnlessKept(QTcpSocket* socket) {
-    if (!m_kept.count({socket->peerAddress().toString(), socket->peerPort()})) socket->abort();
+// Requests still open go with the gate; readers go with their WebSockets.
+ConnectionGate::~ConnectionGate() {
+    for (const QPointer<QTcpSocket>& s : m_sockets) {
+        if (!s || isKept(*s)) continue;
+        s->abort();
+        s->deleteLater();
+    }
+}
+
+bool ConnectionGate::isKept(const QTcpSocket& socket) const {
+    return m_kept.count({socket.peerAddress().toString(), socket.peerPort()}) > 0;
 }
 
 void ConnectionGate::keep(const QHostAddress& address, quint16 port) {

@@ -39,6 +39,7 @@ class ConnectionGate : public QTcpServer {
     static constexpr int kSystemSendBuffer = 64 * 1024;
 
     ConnectionGate(int most, QObject* parent) : QTcpServer(parent), m_most(most) {}
+    ~ConnectionGate() override;
     // The connection from this peer became a reader: it stays.
     void keep(const QHostAddress& address, quint16 port);
     void release(const QHostAddress& address, quint16 port);
@@ -50,7 +51,7 @@ class ConnectionGate : public QTcpServer {
     void incomingConnection(qintptr descriptor) override;
 
   private:
-    void closeUnlessKept(QTcpSocket* socket);
+    bool isKept(const QTcpSocket& socket) const;
 
     int m_most;
     std::vector<QPointer<QTcpSocket>> m_sockets;

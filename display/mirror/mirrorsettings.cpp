@@ -17,7 +17,8 @@ MirrorSettings readMirrorSettings(const SettingsStore& store) {
     if (s.address.empty()) s.address = defaults.address;
     const long port = readNumberSetting(store, kWebMirrorSection, "Port", defaults.port);
     if (port >= 1 && port <= 65535) s.port = static_cast<std::uint16_t>(port);
-    const long most = readNumberSetting(store, kWebMirrorSection, "MaxClients", defaults.maxClients);
+    const long most =
+        readNumberSetting(store, kWebMirrorSection, "MaxClients", defaults.maxClients);
     if (most >= 1 && most <= kMostClients) s.maxClients = static_cast<int>(most);
     return s;
 }

@@ -21,7 +21,9 @@ using testing::waitFor;
 
 // "cba" and a mark on row 3.
 std::string row(const std::string& mark = "") {
-    return "\x01\x20\x22\x20" "abc" + mark + "\x01";
+    return "\x01\x20\x22\x20"
+           "abc" +
+           mark + "\x01";
 }
 
 struct Reader {
@@ -86,7 +88,8 @@ TEST_F(MirrorServerTest, BadInputIsTurnedAwayAndTheOthersAreServed) {
         bool closes = true;
     } cases[] = {
         {"malformed request line", "GARBAGE\r\n\r\n", "<closed>"},
-        {"1 MB header", "GET / HTTP/1.1\r\nX: " + QByteArray(1 << 20, 'a') + "\r\n\r\n", "<closed>"},
+        {"1 MB header", "GET / HTTP/1.1\r\nX: " + QByteArray(1 << 20, 'a') + "\r\n\r\n",
+         "<closed>"},
         {"no such page", "GET /other HTTP/1.1\r\nHost: x\r\n\r\n", "HTTP/1.1 404", false},
         {"bad opcode", handshake() + "|" + QByteArray("\x83\x80\x01\x02\x03\x04", 6),
          "HTTP/1.1 101"},
@@ -159,7 +162,8 @@ TEST(FrmMirrorTest, TheWindowTurnsTheMirrorOnAndShowsWhereToFindIt) {
     window.refreshNow();
     EXPECT_EQ(window.findChild<QLabel*>("lblReaders")->text(), "1 reader connected");
     on->setChecked(false);
-    EXPECT_TRUE(waitFor([&] { return reader.socket.state() == QAbstractSocket::UnconnectedState; }));
+    EXPECT_TRUE(
+        waitFor([&] { return reader.socket.state() == QAbstractSocket::UnconnectedState; }));
     EXPECT_FALSE(readMirrorSettings(rig.store).enabled);
     link.write(row("after"));  // no tap left on the link
 }

@@ -14,7 +14,6 @@ debugging pipe, so nothing beyond Python's own library is needed.
 import base64
 import json
 import os
-import pty
 import select
 import shutil
 import socket
@@ -23,27 +22,9 @@ import sys
 import tempfile
 import time
 
+from ptyline import Line
+
 SKIPPED = 77
-
-
-class Line:
-    """The far end of a serial line: a pty master, non-blocking."""
-
-    def __init__(self):
-        self.master, slave = pty.openpty()
-        self.slave = os.ttyname(slave)
-        os.close(slave)
-        os.set_blocking(self.master, False)
-
-    def take(self, ms=50):
-        got = b""
-        while select.select([self.master], [], [], ms / 1000)[0]:
-            try:
-                chunk = os.read(self.master, 4096)
-            except OSError:
-                break
-            got += chunk
-        return got
 
 
 class Sign:
