@@ -14,12 +14,12 @@
 // input closes: pty_latency's --readers runs the program's latency with them.
 
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QSocketNotifier>
 #include <QTcpServer>
 #include <QWebSocket>
 #include <algorithm>
@@ -146,8 +146,8 @@ void churn(ProgramRig& rig, std::uint16_t port, int times) {
     std::printf("\n");
 }
 
-// A raw connection that does the handshake with a small receive buffer and
-// then never reads again.
+// A raw connection that does the handshake with a small receive buffer; the
+// stalled reader never reads from it again.
 int stalledReader(std::uint16_t port) {
     const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
     const int small = 4096;
@@ -202,20 +202,33 @@ int stall(ProgramRig& rig, std::uint16_t port, int captions) {
     return gone ? 0 : 1;
 }
 
+// The readers of pty_latency's run: raw connections that read and count,
+// as lean as they can be, since phones don't share the program's processor.
 int hold(std::uint16_t port, int n) {
-    Readers readers = connectReaders(port, n);
-    std::printf("ready %zu\n", readers.size());
-    std::fflush(stdout);
-    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    bool done = false;
-    QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        char c;
-        done = ::read(STDIN_FILENO, &c, 1) <= 0;
-    });
-    while (!done) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    std::size_t messages = 0;
-    for (auto& r : readers) messages += r->got.size();
-    std::printf("readers %zu got %zu messages\n", readers.size(), messages);
+    std::vector<pollfd> fds{{STDIN_FILENO, POLLIN, 0}};
+    for (int i = 0; i < n; ++i) fds.push_back({stalledReader(port), POLLIN, 0});
+    std::size_t bytes = 0;
+    bool ready = false;
+    for (;;) {
+        ::poll(fds.data(), fds.size(), 1000);
+        char buf[65536];
+        if (fds[0].revents && ::read(STDIN_FILENO, buf, 1) <= 0) break;
+        int live = 0;
+        for (std::size_t i = 1; i < fds.size(); ++i) {
+            if (fds[i].revents) {
+                const ssize_t got = ::recv(fds[i].fd, buf, sizeof buf, MSG_DONTWAIT);
+                if (got > 0) bytes += static_cast<std::size_t>(got);
+                if (got > 0 && fds[i].events) fds[i].events = POLLIN | POLLPRI;  // heard from
+            }
+            live += fds[i].events == (POLLIN | POLLPRI);
+        }
+        if (!ready && live == n) {
+            ready = true;
+            std::printf("ready %d\n", n);
+            std::fflush(stdout);
+        }
+    }
+    std::printf("readers %d read %zu bytes\n", n, bytes);
     return 0;
 }
 

@@ -167,6 +167,7 @@ void MirrorServer::admit(std::unique_ptr<QWebSocket> socket) {
     m_gate->keep(ws->peerAddress(), ws->peerPort());
     connect(ws, &QWebSocket::disconnected, this, [this, ws] { leave(ws); });
     m_readers.emplace(ws, std::move(reader));
+    m_readerCount = m_clients.count();
 }
 
 // Closes with a reason the page can read; a peer that doesn't answer the
@@ -183,6 +184,7 @@ void MirrorServer::leave(QWebSocket* socket) {
     m_gate->release(socket->peerAddress(), socket->peerPort());
     m_clients.leave(*it->second);
     m_readers.erase(it);
+    m_readerCount = m_clients.count();
 }
 
 }  // namespace zelvan

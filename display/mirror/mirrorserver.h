@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QTcpServer>
 #include <QWebSocketProtocol>
+#include <atomic>
 #include <memory>
 #include <set>
 #include <unordered_map>
@@ -76,6 +77,8 @@ class MirrorServer : public QObject {
     std::uint16_t port() const;
     WriteTap& tap() { return m_feed; }
     const MirrorClients& clients() const { return m_clients; }
+    // The readers connected, for any thread.
+    std::size_t readerCount() const { return m_readerCount; }
     ConnectionGate& gate() { return *m_gate; }
 
   private:
@@ -90,6 +93,7 @@ class MirrorServer : public QObject {
     MirrorClients m_clients;
     MirrorFeed m_feed;
     std::unordered_map<QWebSocket*, std::unique_ptr<WebReader>> m_readers;
+    std::atomic<std::size_t> m_readerCount = 0;
     std::string m_error;
 };
 
