@@ -25,8 +25,7 @@ QHostAddress reachableAddress(const QHostAddress& address) {
 
 // The server on a thread of its own: its hundreds of sockets are watched
 // there, so a turn of the capture loop, which looks at every socket of the
-// main thread, stays as short as without the mirror. The tap hands the bytes
-// over as they are written.
+// main thread, stays as short as without the mirror.
 class MirrorThread : public WriteTap {
   public:
     MirrorThread(EventDispatch& dispatch, const MirrorSettings& settings) {
@@ -47,10 +46,14 @@ class MirrorThread : public WriteTap {
         m_thread.wait();
     }
 
+    // The bytes cross over once the frames have gone, at the next turn of
+    // the main thread's loop: waking the other thread mid-caption would
+    // take the processor from the frames still to go.
     void written(const std::string& bytes) override {
-        QMetaObject::invokeMethod(
-            &m_context, [server = m_server, bytes] { server->tap().written(bytes); },
-            Qt::QueuedConnection);
+        if (m_pending.empty())
+            QMetaObject::invokeMethod(
+                &m_here, [this] { handOver(); }, Qt::QueuedConnection);
+        m_pending += bytes;
     }
     bool listening() const { return m_error.empty(); }
     const std::string& error() const { return m_error; }
@@ -58,12 +61,21 @@ class MirrorThread : public WriteTap {
     std::size_t readers() const { return m_server->readerCount(); }
 
   private:
+    void handOver() {
+        QMetaObject::invokeMethod(
+            &m_context,
+            [server = m_server, bytes = std::move(m_pending)] { server->tap().written(bytes); },
+            Qt::QueuedConnection);
+        m_pending.clear();
+    }
     void run(const std::function<void()>& fn) {
         QMetaObject::invokeMethod(&m_context, fn, Qt::BlockingQueuedConnection);
     }
 
     QThread m_thread;
     QObject m_context;  // lives on the thread
+    QObject m_here;     // lives on the main thread
+    std::string m_pending;
     MirrorServer* m_server = nullptr;
     std::uint16_t m_port = 0;
     std::string m_error;
