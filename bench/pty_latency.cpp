@@ -13,10 +13,17 @@
 // the pace of a decoder box at 1200 baud (ten bits a byte), so the windows
 // follow every byte of it while the caption loads.
 // PROGRAM OPTIONS go to the program after --no-splash: --sign-preview has the
-// sign preview follow every frame as well.
+// sign preview follow every frame as well. --readers=N is the bench's own: the
+// web mirror is on, and N readers (bench_mirror_load --hold, beside this
+// program) follow every caption on it while the latency is measured.
 //
 // The reader spins rather than sleeps: on a virtual machine a sleeping reader
 // adds milliseconds of its own wake-up to the figure.
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -80,6 +87,53 @@ ProgramRig::Clock::time_point send(Watch& watch, const std::string& caption, boo
     return completed;
 }
 
+int freePort() {
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof at;
+    ::bind(fd, reinterpret_cast<sockaddr*>(&at), size);
+    ::getsockname(fd, reinterpret_cast<sockaddr*>(&at), &size);
+    ::close(fd);
+    return ntohs(at.sin_port);
+}
+
+// The readers run in a process of their own until their input closes.
+struct Readers {
+    pid_t pid = -1;
+    int input = -1;
+    FILE* output = nullptr;
+
+    bool start(const std::string& self, int port, int n) {
+        int in[2], out[2];
+        if (::pipe(in) != 0 || ::pipe(out) != 0) return false;
+        pid = ::fork();
+        if (pid == 0) {
+            ::dup2(in[0], STDIN_FILENO);
+            ::dup2(out[1], STDOUT_FILENO);
+            for (int fd : {in[0], in[1], out[0], out[1]}) ::close(fd);
+            const std::string holder = self.substr(0, self.rfind('/') + 1) + "bench_mirror_load";
+            const std::string p = std::to_string(port), count = std::to_string(n);
+            ::execl(holder.c_str(), holder.c_str(), "--hold", p.c_str(), count.c_str(), nullptr);
+            ::_exit(127);
+        }
+        ::close(in[0]);
+        ::close(out[1]);
+        input = in[1];
+        output = ::fdopen(out[0], "r");
+        char line[200] = "";
+        return std::fgets(line, sizeof line, output) && std::strncmp(line, "ready", 5) == 0;
+    }
+    void stop() {
+        if (pid < 0) return;
+        ::close(input);
+        char line[200];
+        while (std::fgets(line, sizeof line, output)) std::printf("%s", line);
+        ::waitpid(pid, nullptr, 0);
+    }
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -92,13 +146,27 @@ int main(int argc, char** argv) {
     const int gapMs = argc > 3 ? std::atoi(argv[3]) : 100;
     const bool paced = argc > 4 && std::strcmp(argv[4], "1200") == 0;
     zelvan::ProgramOptions options{.extraIni = "", .offscreen = std::getenv("DISPLAY") == nullptr};
-    for (int i = 5; i < argc; ++i) options.args.emplace_back(argv[i]);
+    int readerCount = 0;
+    const int port = freePort();
+    for (int i = 5; i < argc; ++i) {
+        if (std::strncmp(argv[i], "--readers=", 10) == 0)
+            readerCount = std::atoi(argv[i] + 10);
+        else
+            options.args.emplace_back(argv[i]);
+    }
+    if (readerCount > 0)
+        options.extraIni = "[WebMirror]\nEnabled=true\nPort=" + std::to_string(port) + "\n";
     ProgramRig rig(argv[1], options);
     if (!rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 30000)) {
         std::fprintf(stderr, "the program never opened the decoder port\n");
         return 1;
     }
     rig.waitUntil([] { return false; }, 1000);  // start-up frames and the open's purge
+    Readers readers;
+    if (readerCount > 0 && !readers.start(argv[0], port, readerCount)) {
+        std::fprintf(stderr, "the readers never connected\n");
+        return 1;
+    }
 
     std::vector<double> ms;
     Watch watch{rig};
@@ -120,6 +188,7 @@ int main(int argc, char** argv) {
         }
         ms.push_back(std::chrono::duration<double, std::milli>(watch.lastGrowth - sent).count());
     }
+    readers.stop();
     const auto over5 = std::count_if(ms.begin(), ms.end(), [](double v) { return v > 5.0; });
     std::printf(
         "captions: %d  gap: %d ms  pace: %s  median: %.3f ms  p99: %.3f ms  max: %.3f ms  "

@@ -8,6 +8,7 @@
 #include "core/frmtavo.h"
 #include "display/frmoutdw.h"
 #include "display/frmsignpreview.h"
+#include "display/mirror/frmmirror.h"
 #include "line21/frml21serial.h"
 #include "line21/frml21usb.h"
 #include "line21/frml21video.h"
@@ -84,6 +85,7 @@ std::unique_ptr<DisplayOutput> AppShell::makeDisplay(Tavo& tavo) {
     auto display = std::make_unique<frmOutDW>(tavo, *this);
     m_display = display.get();
     m_store = &tavo.store();
+    m_mirror = std::make_unique<WebMirror>(m_display->console().link(), tavo.dispatch(), *m_store);
     if (m_previewAtStart) showSignPreview();
     return display;
 }
@@ -94,6 +96,13 @@ void AppShell::showSignPreview() {
         m_preview = std::make_unique<frmSignPreview>(m_display->console().link(), *m_store);
     m_preview->show();
     m_preview->raise();
+}
+
+void AppShell::showPhoneCaptions() {
+    if (!m_mirror) return;
+    if (!m_mirrorWindow) m_mirrorWindow = std::make_unique<frmMirror>(*m_mirror);
+    m_mirrorWindow->show();
+    m_mirrorWindow->raise();
 }
 
 void AppShell::showAbout() {

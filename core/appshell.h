@@ -15,6 +15,8 @@ class EndSignals;
 class SettingsStore;
 class frmOutDW;
 class frmSignPreview;
+class frmMirror;
+class WebMirror;
 class frmHelp;
 class frmTavo;
 
@@ -30,6 +32,7 @@ class AppShell : public Shell {
     void showAbout() override;
     void showHelp() override;
     void showSignPreview() override;
+    void showPhoneCaptions() override;
     void endProcess() override;
 
     frmTavo* mainWindow() const { return m_main; }
@@ -59,6 +62,8 @@ class AppShell : public Shell {
     frmOutDW* m_display = nullptr;
     SettingsStore* m_store = nullptr;
     std::unique_ptr<frmSignPreview> m_preview;
+    std::unique_ptr<WebMirror> m_mirror;
+    std::unique_ptr<frmMirror> m_mirrorWindow;
     std::unique_ptr<EndSignals> m_endSignals;
 };
 

@@ -146,6 +146,8 @@ void frmTavo::buildMenus() {
 
     QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
     view->addAction(QStringLiteral("&Sign Preview"), this, [this] { m_shell.showSignPreview(); });
+    view->addAction(QStringLiteral("Captions on &Phones..."), this,
+                    [this] { m_shell.showPhoneCaptions(); });
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&Help Contents               F1"), this,

@@ -43,6 +43,8 @@ class Shell {
     virtual void showHelp() = 0;
     // Opens the sign preview, or brings it to the front.
     virtual void showSignPreview() {}
+    // Opens the window of the captions on phones, or brings it to the front.
+    virtual void showPhoneCaptions() {}
     // Ends the process; in the program this doesn't return.
     virtual void endProcess() = 0;
 };

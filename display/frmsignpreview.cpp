@@ -133,14 +133,14 @@ frmSignPreview::frmSignPreview(SerialLink& link, SettingsStore& store)
     layout->addWidget(m_status);
     m_status->setText(toQString(m_preview.status()));
     restorePlace();
-    m_link.setTap(&m_preview);
+    m_link.addTap(m_preview);
     m_refresh.setInterval(SignPreview::kRefreshMs);
     connect(&m_refresh, &QTimer::timeout, this, [this] { refreshNow(); });
     m_refresh.start();
 }
 
 frmSignPreview::~frmSignPreview() {
-    m_link.setTap(nullptr);
+    m_link.removeTap(m_preview);
 }
 
 // A hidden window paints nothing, but its model keeps up, so it opens again

@@ -36,7 +36,8 @@ std::string DeviceChooser::path() const {
 
 void DeviceChooser::disableForNetwork(const QList<QWidget*>& serialFields) {
     const auto follow = [this, serialFields] {
-        for (QWidget* field : serialFields) field->setEnabled(!isNetworkDevice(path()));
+        const bool line = !isNetworkDevice(path()) && path() != kNullDeviceEntry;
+        for (QWidget* field : serialFields) field->setEnabled(line);
     };
     connect(this, &QComboBox::currentTextChanged, this, follow);
     follow();

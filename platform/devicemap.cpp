@@ -9,7 +9,8 @@ namespace {
 inline constexpr std::string_view kClientScheme = "tcp://";
 inline constexpr std::string_view kListenerScheme = "tcp-listen://";
 inline constexpr const char* kForms =
-    " A device is a path such as /dev/ttyUSB0, tcp://HOST:PORT or tcp-listen://ADDRESS:PORT.";
+    " A device is a path such as /dev/ttyUSB0, tcp://HOST:PORT, tcp-listen://ADDRESS:PORT or "
+    "null.";
 
 struct HostPort {
     std::string host;
@@ -71,6 +72,7 @@ ParsedDevice parseDevice(std::int32_t port, const std::string& text) {
                                                     " can't be used: " + why + "." + kForms};
     };
     const std::string_view entry = text;
+    if (entry == kNullDeviceEntry) return {NullDevice{}, {}};
     const bool client = entry.starts_with(kClientScheme);
     if (!client && !entry.starts_with(kListenerScheme)) {
         if (entry.find("://") != std::string_view::npos) return refuse("unknown kind of device");

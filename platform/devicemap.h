@@ -5,7 +5,9 @@
 // name, or a TCP connection: tcp://HOST:PORT, which the program makes (a
 // serial server, an encoder's data port), or tcp-listen://ADDRESS:PORT, on
 // which it takes one peer at a time (a caption writer's program that connects
-// out). An unmapped number n is the n-th built-in port, /dev/ttyS<n-1>.
+// out). The word null names a port that takes every byte and drops it: a
+// venue that shows captions only on phones runs without a sign. An unmapped
+// number n is the n-th built-in port, /dev/ttyS<n-1>.
 
 #include <cstdint>
 #include <string>
@@ -33,7 +35,12 @@ struct TcpListener {
     std::uint16_t port = 0;
     bool operator==(const TcpListener&) const = default;
 };
-using Device = std::variant<SerialDevice, TcpClient, TcpListener>;
+struct NullDevice {
+    bool operator==(const NullDevice&) const = default;
+};
+using Device = std::variant<SerialDevice, TcpClient, TcpListener, NullDevice>;
+
+inline constexpr const char* kNullDeviceEntry = "null";
 
 // A device entry read once: the device, or why the entry names none.
 struct ParsedDevice {

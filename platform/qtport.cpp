@@ -1,6 +1,7 @@
 #include "platform/qtport.h"
 
 #include "platform/networkport.h"
+#include "platform/nullport.h"
 #include "platform/qtserialport.h"
 
 namespace zelvan {
@@ -31,6 +32,8 @@ void QtPort::useLine(const Device& device, const std::string& entry) {
     m_device = device;
     if (std::holds_alternative<SerialDevice>(device))
         m_line = std::make_unique<QtSerialPort>(m_dispatch, m_store);
+    else if (std::holds_alternative<NullDevice>(device))
+        m_line = std::make_unique<NullPort>(m_dispatch);
     else
         m_line = std::make_unique<NetworkPort>(m_dispatch, device, entry);
     passSettings();

@@ -200,7 +200,7 @@ void SerialLink::write(const std::string& bytes) {
 // Modem commands go on the same line as frames, so the tap sees them too.
 void SerialLink::put(const std::string& bytes) {
     m_port.write(bytes);
-    if (m_tap) m_tap->written(bytes);
+    for (WriteTap* tap : m_taps) tap->written(bytes);
 }
 
 void SerialLink::showNotice(bool on, const std::string& text) {

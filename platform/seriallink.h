@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/capturesink.h"
 #include "platform/eventdispatch.h"
@@ -110,7 +111,8 @@ class SerialLinkView {
 };
 
 // Sees every byte the link puts on the line, in order, as it goes out: the
-// sign preview's feed. It runs inside the write, so it only takes note.
+// feed of the sign preview and of the web mirror. It runs inside the write,
+// so it only takes note.
 class WriteTap {
   public:
     virtual ~WriteTap() = default;
@@ -172,8 +174,9 @@ class SerialLink {
     // something off, by the operator or by itself (a network port that got
     // its connection back): mid-show, captions resume once the device is back.
     std::function<void()> whenBack;
-    // One tap at a time; nullptr takes it off.
-    void setTap(WriteTap* tap) { m_tap = tap; }
+    // Taps see the bytes in the order they were added.
+    void addTap(WriteTap& tap) { m_taps.push_back(&tap); }
+    void removeTap(WriteTap& tap) { std::erase(m_taps, &tap); }
 
     std::string dump() const;
 
@@ -193,7 +196,7 @@ class SerialLink {
     SerialLinkView& m_view;
     std::unique_ptr<Timer> m_timerDummyMsg;
     std::string m_notice;
-    WriteTap* m_tap = nullptr;
+    std::vector<WriteTap*> m_taps;
     bool m_backOnOpen = false;
 };
 

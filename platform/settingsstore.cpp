@@ -27,4 +27,13 @@ bool readBoolSetting(const SettingsStore& store, const std::string& section, con
     return boolFromText(store.get(section, key, boolSettingText(fallback))).value_or(fallback);
 }
 
+long readNumberSetting(const SettingsStore& store, const std::string& section,
+                       const std::string& key, long fallback) {
+    const std::string text = store.get(section, key, std::to_string(fallback));
+    long value = 0;
+    const char* end = text.data() + text.size();
+    const auto [ptr, ec] = std::from_chars(text.data(), end, value);
+    return text.empty() || ec != std::errc() || ptr != end ? fallback : value;
+}
+
 }  // namespace zelvan

@@ -26,4 +26,8 @@ inline const char* boolSettingText(bool b) {
     return b ? "True" : "False";
 }
 
+// A whole number; text that isn't one keeps the fallback.
+long readNumberSetting(const SettingsStore& store, const std::string& section,
+                       const std::string& key, long fallback);
+
 }  // namespace zelvan

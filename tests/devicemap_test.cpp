@@ -17,6 +17,7 @@ TEST(DeviceMapTest, EntriesNameASerialLineOrAConnectionOrAreRefused) {
         {"tcp://encoder.local:4001", TcpClient{"encoder.local", 4001}},
         {"tcp://[::1]:65535", TcpClient{"::1", 65535}},
         {"tcp-listen://0.0.0.0:6000", TcpListener{"0.0.0.0", 6000}},
+        {"null", NullDevice{}},
         {"tcp://nohost", {}, "no port number"},
         {"tcp://:4001", {}, "no host"},
         {"tcp://box:0", {}, "1 to 65535"},

@@ -126,23 +126,26 @@ TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
     EXPECT_EQ(rig.tavo.totalChars, 2);  // received during the pause
 }
 
-// The sign preview's feed: what went out on the line, modem commands included,
-// and nothing a closed port refused (that gets the reminder instead).
+// The feed of the sign preview and the web mirror: what went out on the line,
+// modem commands included, and nothing a closed port refused (that gets the
+// reminder instead); each tap until it is taken off.
 TEST_F(LinkTest, TapSeesTheBytesThatWentOnTheLineAndNoticesLastFiveSeconds) {
     struct Tap : WriteTap {
         void written(const std::string& bytes) override { seen += bytes; }
         std::string seen;
-    } tap;
+    } tap, other;
     make(kDisplayLink);
-    link->setTap(&tap);
+    link->addTap(tap);
+    link->addTap(other);
     link->write("refused");
     EXPECT_EQ(view.notice, kOpenPortFirst);
     link->openPort();
     link->write("frame");
     link->dial("555");
-    link->setTap(nullptr);
+    link->removeTap(tap);
     link->write("after");
     EXPECT_EQ(tap.seen, "frameatdt555\r");
+    EXPECT_EQ(other.seen, "frameatdt555\rafter");
     // A notice lasts five seconds and a new one starts them again.
     rig.tone.tones.clear();
     link->showNotice(true, "Toggle front/back");

@@ -12,9 +12,7 @@ Exits 77 (skipped) when the bus or its Python bindings are missing.
 """
 
 import os
-import pty
 import shutil
-import select
 import subprocess
 import sys
 import tempfile
@@ -30,31 +28,7 @@ try:
 except (ImportError, ValueError) as missing:
     print("skipped:", missing)
     sys.exit(SKIPPED)
-
-
-class Line:
-    """The far end of a serial line: a pty master, non-blocking."""
-
-    def __init__(self):
-        self.master, slave = pty.openpty()
-        self.slave = os.ttyname(slave)
-        os.close(slave)
-        os.set_blocking(self.master, False)
-
-    def take(self, ms=50):
-        got = b""
-        while select.select([self.master], [], [], ms / 1000)[0]:
-            try:
-                chunk = os.read(self.master, 4096)
-            except OSError:
-                break
-            if not chunk:
-                break
-            got += chunk
-        return got
-
-    def hang_up(self):
-        os.close(self.master)
+from ptyline import Line  # noqa: E402  (beside this file)
 
 
 def wait_for(done, seconds=10):
