@@ -127,7 +127,6 @@ void SignModel::applyControl(const std::string& body) {
 
 void SignModel::applyBoard(char code) {
     if (code == kBoardResetCode) {
-        ++boardResets;
         ++frames;
         return;
     }
@@ -156,7 +155,6 @@ void SignModel::rollUp() {
 // What a real sign does on reset isn't known beyond "reset"; the model takes
 // it to blank the rows and come back at full brightness.
 void SignModel::reset() {
-    ++resets;
     for (int r = 1; r <= kSignRows; ++r) blankRow(r);
     bright = true;
 }
@@ -180,7 +178,6 @@ std::string SignModel::dump() const {
     out += frontBoard ? " front" : " rear";
     out += boardReversed ? " reversed" : "";
     out += " frames=" + std::to_string(frames) + " rollups=" + std::to_string(rollups) +
-           " resets=" + std::to_string(resets) + " boardResets=" + std::to_string(boardResets) +
            " stray=" + std::to_string(strayBytes) + " unknown=" + std::to_string(unknownFrames) +
            " clipped=" + std::to_string(clippedChars) + "\n";
     return out;

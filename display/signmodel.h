@@ -32,8 +32,6 @@ class SignModel {
     bool boardReversed = false;
     int frames = 0;  // frames applied
     int rollups = 0;
-    int resets = 0;  // display resets
-    int boardResets = 0;
     int strayBytes = 0;     // bytes outside any frame
     int unknownFrames = 0;  // frames of no known shape, skipped
     int clippedChars = 0;   // text characters that fell outside columns 1-32

@@ -47,10 +47,10 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
          "<i>Hello</i> &amp; <font color=\"#ff0000\">welcome</font>\r\n  {\\an8}second \r\n\r\n"
          "2\r\n00:00:03,000 --> 00:00:04,000 X1:10\r\n"
          "Caf\xC3\xA9 \xC2\xA9\xE2\x80\x9Cq\xE2\x80\x9D \xE0\xA4\xB9 &lt;b&gt; "
-         "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;&#x4f;\r\n"
+         "&#233;&#32;&#x41;&#160;&#8220;&#0;&#x1F600;&quot;&apos;&#x4f;&#1z;\r\n"
          "\r\n\r\n3\r\n00:00:05,000 --> 00:00:06,000\r\n<b></b>\r\n\r\n"
          "4\r\n00:00:07,000 --> 00:00:08,000\r\na < b, 3 > 2 --> fine\r\n",
-         {"Hello & welcome\r\nsecond", "Caf\xE9 \xA9\x93q\x94 ? <b> \xE9 A\xA0\x93??\"'O",
+         {"Hello & welcome\r\nsecond", "Caf\xE9 \xA9\x93q\x94 ? <b> \xE9 A\xA0\x93??\"'O?",
           "a < b, 3 > 2 --> fine"}},
         {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},

@@ -215,7 +215,7 @@ void TdsInput::nextCaption() {
 void TdsInput::putOnDeck(std::vector<std::string> lines) {
     const std::size_t room =
         m_script.timed() ? static_cast<std::size_t>(rowsInUse()) : kTextRowCount;
-    const std::size_t extra = lines.size() > room ? lines.size() - room : 0;
+    const std::size_t extra = lines.size() - std::min(lines.size(), room);
     m_cueRest.assign(lines.end() - static_cast<long>(extra), lines.end());
     lines.resize(lines.size() - extra);
     m_onDeck = joinLines(lines);
