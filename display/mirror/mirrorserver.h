@@ -77,7 +77,7 @@ class MirrorServer : public QObject {
     std::uint16_t port() const;
     WriteTap& tap() { return m_feed; }
     const MirrorClients& clients() const { return m_clients; }
-    // The readers connected, for any thread.
+    // The readers connected.
     std::size_t readerCount() const { return m_readerCount; }
     ConnectionGate& gate() { return *m_gate; }
 

@@ -2,7 +2,6 @@
 
 #include <QHostAddress>
 #include <QNetworkInterface>
-#include <QThread>
 
 #include "display/mirror/mirrorserver.h"
 
@@ -23,64 +22,6 @@ QHostAddress reachableAddress(const QHostAddress& address) {
 
 }  // namespace
 
-// The server on a thread of its own: its hundreds of sockets are watched
-// there, so a turn of the capture loop, which looks at every socket of the
-// main thread, stays as short as without the mirror.
-class MirrorThread : public WriteTap {
-  public:
-    MirrorThread(EventDispatch& dispatch, const MirrorSettings& settings) {
-        m_thread.start();
-        m_context.moveToThread(&m_thread);
-        run([&] {
-            m_server = new MirrorServer(dispatch, settings);
-            if (m_server->listen())
-                m_port = m_server->port();
-            else
-                m_error = m_server->error();
-        });
-    }
-    // Bytes already handed over are taken in before the server goes.
-    ~MirrorThread() override {
-        run([this] { delete m_server; });
-        m_thread.quit();
-        m_thread.wait();
-    }
-
-    // The bytes cross over once the frames have gone, at the next turn of
-    // the main thread's loop: waking the other thread mid-caption would
-    // take the processor from the frames still to go.
-    void written(const std::string& bytes) override {
-        if (m_pending.empty())
-            QMetaObject::invokeMethod(
-                &m_here, [this] { handOver(); }, Qt::QueuedConnection);
-        m_pending += bytes;
-    }
-    bool listening() const { return m_error.empty(); }
-    const std::string& error() const { return m_error; }
-    std::uint16_t port() const { return m_port; }
-    std::size_t readers() const { return m_server->readerCount(); }
-
-  private:
-    void handOver() {
-        QMetaObject::invokeMethod(
-            &m_context,
-            [server = m_server, bytes = std::move(m_pending)] { server->tap().written(bytes); },
-            Qt::QueuedConnection);
-        m_pending.clear();
-    }
-    void run(const std::function<void()>& fn) {
-        QMetaObject::invokeMethod(&m_context, fn, Qt::BlockingQueuedConnection);
-    }
-
-    QThread m_thread;
-    QObject m_context;  // lives on the thread
-    QObject m_here;     // lives on the main thread
-    std::string m_pending;
-    MirrorServer* m_server = nullptr;
-    std::uint16_t m_port = 0;
-    std::string m_error;
-};
-
 WebMirror::WebMirror(SerialLink& link, EventDispatch& dispatch, SettingsStore& store)
     : m_link(link), m_dispatch(dispatch), m_store(store), m_settings(readMirrorSettings(store)) {
     if (m_settings.enabled) start();
@@ -98,26 +39,29 @@ void WebMirror::apply(const MirrorSettings& settings) {
     if (m_settings.enabled) start();
 }
 
+// The server lives on the program's one thread. Its tap only takes note of
+// the bytes; the readers hear of a change after the feed's settling time, so
+// the sign's frames go out first.
 void WebMirror::start() {
-    auto server = std::make_unique<MirrorThread>(m_dispatch, m_settings);
-    if (!server->listening()) {
+    auto server = std::make_unique<MirrorServer>(m_dispatch, m_settings);
+    if (!server->listen()) {
         m_error = server->error();
         return;
     }
     m_error.clear();
     m_server = std::move(server);
-    m_link.addTap(*m_server);
+    m_link.addTap(m_server->tap());
 }
 
 void WebMirror::stop() {
     m_error.clear();
     if (!m_server) return;
-    m_link.removeTap(*m_server);
+    m_link.removeTap(m_server->tap());
     m_server.reset();
 }
 
 std::size_t WebMirror::readers() const {
-    return m_server ? m_server->readers() : 0;
+    return m_server ? m_server->readerCount() : 0;
 }
 
 std::string WebMirror::url() const {

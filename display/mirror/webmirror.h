@@ -1,6 +1,6 @@
 #pragma once
 // The web mirror as the program runs it: its settings, and while it is on,
-// the server, on a thread of its own, and its tap on the display link. While
+// the server and its tap on the display link. While
 // it is off it holds nothing, listens nowhere and costs a frame nothing.
 
 #include <memory>
@@ -11,7 +11,7 @@
 
 namespace zelvan {
 
-class MirrorThread;
+class MirrorServer;
 
 class WebMirror {
   public:
@@ -41,7 +41,7 @@ class WebMirror {
     EventDispatch& m_dispatch;
     SettingsStore& m_store;
     MirrorSettings m_settings;
-    std::unique_ptr<MirrorThread> m_server;
+    std::unique_ptr<MirrorServer> m_server;
     std::string m_error;
 };
 
