@@ -6,5 +6,6 @@
 #include "l21fakes.h"
 
 namespace zelvan::testing {
+using zelvan::Links;
 using zelvan::ProgramRig;
 }  // namespace zelvan::testing
