@@ -15,6 +15,11 @@
 #include "support/programrig.h"
 
 namespace zelvan {
+
+void PrintTo(Links links, std::ostream* out) {
+    *out << (links == Links::Pty ? "pty" : "tcp");
+}
+
 namespace {
 
 using testing::l21Pair;
