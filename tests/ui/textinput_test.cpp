@@ -1,5 +1,6 @@
-// The text input windows for real, from keys, a serial line (a pty) and a
-// caption file to a sign on a pty, through the real display window.
+// The text input windows for real, from keys, a serial line (a pty or a TCP
+// connection) and a caption file to a sign on a pty, through the real display
+// window.
 
 #include <gtest/gtest.h>
 #include <QAction>
