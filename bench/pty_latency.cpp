@@ -3,7 +3,7 @@
 // the sign's. Starts the real program (on the display that is set, so run it
 // under xvfb-run to have the windows up; see pty_latency.sh).
 //
-// usage: bench_pty_latency PROGRAM [CAPTIONS] [GAP_MS] [PACE] [LINKS] [PROGRAM OPTIONS...]
+// usage: bench_pty_latency PROGRAM [CAPTIONS] [GAP_MS] [PACE] [PROGRAM OPTIONS...]
 //
 // GAP_MS is the pause between one caption's last frame and the next caption
 // (default 100; a showing has seconds between captions). With 0 the next
@@ -12,11 +12,10 @@
 // PACE "all" writes each caption at once; "1200" writes it a byte at a time at
 // the pace of a decoder box at 1200 baud (ten bits a byte), so the windows
 // follow every byte of it while the caption loads.
-// LINKS "pty" (the default) or "tcp": on tcp the decoder connects to the
-// program's listener on loopback and the program connects to the sign's
-// server there, as to an encoder and a serial server.
 // PROGRAM OPTIONS go to the program after --no-splash: --sign-preview has the
-// sign preview follow every frame as well.
+// sign preview follow every frame as well. --tcp is the bench's own: the
+// decoder connects to the program's listener on loopback and the program
+// connects to the sign's server there, as to an encoder and a serial server.
 //
 // The reader spins rather than sleeps: on a virtual machine a sleeping reader
 // adds milliseconds of its own wake-up to the figure.
@@ -87,19 +86,20 @@ ProgramRig::Clock::time_point send(Watch& watch, const std::string& caption, boo
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fprintf(stderr,
-                     "usage: %s PROGRAM [CAPTIONS] [GAP_MS] [all|1200] [pty|tcp] [OPTIONS...]\n",
+        std::fprintf(stderr, "usage: %s PROGRAM [CAPTIONS] [GAP_MS] [all|1200] [OPTIONS...]\n",
                      argv[0]);
         return 2;
     }
     const int captions = argc > 2 ? std::atoi(argv[2]) : 500;
     const int gapMs = argc > 3 ? std::atoi(argv[3]) : 100;
     const bool paced = argc > 4 && std::strcmp(argv[4], "1200") == 0;
-    const bool tcp = argc > 5 && std::strcmp(argv[5], "tcp") == 0;
-    zelvan::ProgramOptions options{.extraIni = "",
-                                   .offscreen = std::getenv("DISPLAY") == nullptr,
-                                   .links = tcp ? zelvan::Links::Loopback : zelvan::Links::Pty};
-    for (int i = 6; i < argc; ++i) options.args.emplace_back(argv[i]);
+    zelvan::ProgramOptions options{.extraIni = "", .offscreen = std::getenv("DISPLAY") == nullptr};
+    for (int i = 5; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--tcp") == 0)
+            options.links = zelvan::Links::Loopback;
+        else
+            options.args.emplace_back(argv[i]);
+    }
     ProgramRig rig(argv[1], options);
     if (!rig.waitUntil([&] { return rig.boxReady(); }, 30000)) {
         std::fprintf(stderr, "the program never opened the decoder's link\n");
@@ -131,8 +131,8 @@ int main(int argc, char** argv) {
     std::printf(
         "links: %s  captions: %d  gap: %d ms  pace: %s  median: %.3f ms  p99: %.3f ms  "
         "max: %.3f ms  over 5 ms: %ld\n",
-        tcp ? "tcp" : "pty", captions, gapMs, paced ? "1200 baud" : "all at once",
-        percentile(ms, 0.5), percentile(ms, 0.99), *std::max_element(ms.begin(), ms.end()),
-        static_cast<long>(over5));
+        options.links == zelvan::Links::Pty ? "pty" : "tcp", captions, gapMs,
+        paced ? "1200 baud" : "all at once", percentile(ms, 0.5), percentile(ms, 0.99),
+        *std::max_element(ms.begin(), ms.end()), static_cast<long>(over5));
     return 0;
 }

@@ -10,7 +10,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 n="${1:-500}"
 run() { xvfb-run -a -s "-screen 0 1280x1024x24" build/bench/bench_pty_latency build/zelvan21 "$n" "$@" --sign-preview; }
-run 100 all pty
-run 100 1200 pty
-run 0 all pty
-run 100 all tcp
+run 100 all
+run 100 1200
+run 0 all
+run 100 all --tcp
