@@ -13,9 +13,12 @@
 // the pace of a decoder box at 1200 baud (ten bits a byte), so the windows
 // follow every byte of it while the caption loads.
 // PROGRAM OPTIONS go to the program after --no-splash: --sign-preview has the
-// sign preview follow every frame as well. --readers=N is the bench's own: the
-// web mirror is on, and N readers (bench_mirror_load --hold, beside this
-// program) follow every caption on it while the latency is measured.
+// sign preview follow every frame as well. --tcp and --readers=N are the
+// bench's own: with --tcp the decoder connects to the program's listener on
+// loopback and the program connects to the sign's server there, as to an
+// encoder and a serial server; with --readers=N the web mirror is on, and N
+// readers (bench_mirror_load --hold, beside this program) follow every
+// caption on it while the latency is measured.
 //
 // The reader spins rather than sleeps: on a virtual machine a sleeping reader
 // adds milliseconds of its own wake-up to the figure.
@@ -151,14 +154,16 @@ int main(int argc, char** argv) {
     for (int i = 5; i < argc; ++i) {
         if (std::strncmp(argv[i], "--readers=", 10) == 0)
             readerCount = std::atoi(argv[i] + 10);
+        else if (std::strcmp(argv[i], "--tcp") == 0)
+            options.links = zelvan::Links::Loopback;
         else
             options.args.emplace_back(argv[i]);
     }
     if (readerCount > 0)
         options.extraIni = "[WebMirror]\nEnabled=true\nPort=" + std::to_string(port) + "\n";
     ProgramRig rig(argv[1], options);
-    if (!rig.waitUntil([&] { return rig.holds(rig.box.slave); }, 30000)) {
-        std::fprintf(stderr, "the program never opened the decoder port\n");
+    if (!rig.waitUntil([&] { return rig.boxReady(); }, 30000)) {
+        std::fprintf(stderr, "the program never opened the decoder's link\n");
         return 1;
     }
     rig.waitUntil([] { return false; }, 1000);  // start-up frames and the open's purge
@@ -191,9 +196,10 @@ int main(int argc, char** argv) {
     readers.stop();
     const auto over5 = std::count_if(ms.begin(), ms.end(), [](double v) { return v > 5.0; });
     std::printf(
-        "captions: %d  gap: %d ms  pace: %s  median: %.3f ms  p99: %.3f ms  max: %.3f ms  "
-        "over 5 ms: %ld\n",
-        captions, gapMs, paced ? "1200 baud" : "all at once", percentile(ms, 0.5),
-        percentile(ms, 0.99), *std::max_element(ms.begin(), ms.end()), static_cast<long>(over5));
+        "links: %s  captions: %d  gap: %d ms  pace: %s  median: %.3f ms  p99: %.3f ms  "
+        "max: %.3f ms  over 5 ms: %ld\n",
+        options.links == zelvan::Links::Pty ? "pty" : "tcp", captions, gapMs,
+        paced ? "1200 baud" : "all at once", percentile(ms, 0.5), percentile(ms, 0.99),
+        *std::max_element(ms.begin(), ms.end()), static_cast<long>(over5));
     return 0;
 }

@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <thread>
 
 extern char** environ;
@@ -20,6 +21,7 @@ ProgramRig::ProgramRig(const std::string& binary, ProgramOptions options) {
     char tmpl[] = "/tmp/zelvan-rig-XXXXXX";
     if (::mkdtemp(tmpl) == nullptr) return;
     m_config = tmpl;
+    if (options.links == Links::Loopback) m_loopback = std::make_unique<LoopbackEnds>();
     writeSettings(options);
     start(binary, options);
 }
@@ -37,9 +39,11 @@ ProgramRig::~ProgramRig() {
 
 void ProgramRig::writeSettings(const ProgramOptions& options) {
     std::filesystem::create_directories(m_config + "/Zelvan21");
+    const std::string boxDevice = m_loopback ? m_loopback->boxDevice() : box.slave;
+    std::string signDevice = m_loopback ? m_loopback->signDevice() : sign.slave;
+    if (!options.signDevice.empty()) signDevice = options.signDevice;
     std::ofstream(m_config + "/Zelvan21/Zelvan21.ini")
-        << "[Devices]\nCOM1=" << box.slave
-        << "\nCOM2=" << (options.signDevice.empty() ? sign.slave : options.signDevice) << "\n"
+        << "[Devices]\nCOM1=" << boxDevice << "\nCOM2=" << signDevice << "\n"
         << options.extraIni;
 }
 
@@ -101,6 +105,43 @@ bool ProgramRig::holds(const std::string& device) const {
     return false;
 }
 
+bool ProgramRig::boxReady() {
+    return m_loopback ? m_loopback->connectBox() : holds(box.slave);
+}
+
+namespace {
+
+// Fields 14 and 15 of /proc/PID/stat, in clock ticks; the name before them is
+// in parentheses and may hold spaces.
+double cpuSeconds(pid_t pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    std::getline(stat, line);
+    std::istringstream rest(line.substr(line.rfind(')') + 1));
+    std::string field;
+    for (int i = 3; i < 14; ++i) rest >> field;
+    double user = 0, system = 0;
+    rest >> user >> system;
+    return (user + system) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+}  // namespace
+
+double ProgramRig::cpuShare(int ms) {
+    const double before = cpuSeconds(m_pid);
+    const auto start = Clock::now();
+    waitUntil([] { return false; }, ms);
+    const std::chrono::duration<double> wall = Clock::now() - start;
+    return (cpuSeconds(m_pid) - before) / wall.count();
+}
+
+void ProgramRig::sendToBox(const std::string& bytes) {
+    if (m_loopback)
+        m_loopback->sendToBox(bytes);
+    else
+        box.send(bytes);
+}
+
 bool ProgramRig::waitUntil(const std::function<bool()>& done, int ms, int pollMs) {
     const auto deadline = Clock::now() + std::chrono::milliseconds(ms);
     while (!done()) {
@@ -110,9 +151,11 @@ bool ProgramRig::waitUntil(const std::function<bool()>& done, int ms, int pollMs
     return true;
 }
 
+// Before the program has connected to the sign's server this only waits.
 std::string ProgramRig::readSign(int ms) {
-    pollfd p{sign.master, POLLIN, 0};
-    const std::string got = ::poll(&p, 1, ms) > 0 ? sign.take() : std::string();
+    const int fd = m_loopback ? m_loopback->signConnection() : sign.master;
+    pollfd p{fd, POLLIN, 0};
+    const std::string got = ::poll(&p, fd >= 0 ? 1 : 0, ms) > 0 ? takeAvailable(fd) : std::string();
     signBytes += got;
     return got;
 }

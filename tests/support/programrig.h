@@ -7,6 +7,7 @@
 #include "l21fakes.h"
 
 namespace zelvan::testing {
+using zelvan::Links;
 using zelvan::ProgramRig;
 
 // Whether a sign fed these bytes shows text on a row, read through the reflector.

@@ -1,5 +1,6 @@
-// The text input windows for real, from keys, a serial line (a pty) and a
-// caption file to a sign on a pty, through the real display window.
+// The text input windows for real, from keys, a serial line (a pty or a TCP
+// connection) and a caption file to a sign on a pty, through the real display
+// window.
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -9,6 +10,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest/QTest>
@@ -85,10 +88,19 @@ TEST_F(TextWindowTest, KeyboardLinesGoOutAndALongOneWrapsAtAWordBreak) {
     EXPECT_TRUE(window.close());
 }
 
+// The ASCII line: a cable, or a caption writer's program that connects to the
+// port's listener.
+struct AsciiLineTest : TextWindowTest, ::testing::WithParamInterface<bool> {};
+
 // Shown with its port closed; hiding closes an open port and saves its section.
-TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
-    testing::PtyEnd line;
-    setDevicePath(store, 3, line.slave);
+TEST_P(AsciiLineTest, LinesGoOutOneByOne) {
+    testing::PtyEnd cable;
+    QTcpServer probe;  // finds a free port
+    ASSERT_TRUE(probe.listen(QHostAddress::LocalHost));
+    const std::uint16_t at = probe.serverPort();
+    probe.close();
+    setDevicePath(store, 3,
+                  GetParam() ? "tcp-listen://127.0.0.1:" + std::to_string(at) : cable.slave);
     store.set("AsciiPort", "port", "3");
     store.set("AsciiPort", "baud", "2400");
     frmInAscii window(tavo, shell);
@@ -99,9 +111,17 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     EXPECT_EQ(window.cmdPortSetup->text(), QStringLiteral("3:2400,n,8,1"));
     EXPECT_EQ(tavo.InputFilterType, 3);
     EXPECT_TRUE(window.lblOpenPortDummy->isVisibleTo(&window));
+    QTcpSocket writer;
     QTimer::singleShot(0, &window, [&] {
         EXPECT_FALSE(window.lblOpenPortDummy->isVisibleTo(&window));
-        line.send("One\rTwo\n\rThree is a line far too long for the sign\r\n\n");
+        const char* text = "One\rTwo\n\rThree is a line far too long for the sign\r\n\n";
+        if (GetParam()) {
+            writer.connectToHost(QHostAddress::LocalHost, at);
+            writer.waitForConnected(3000);
+            writer.write(text);
+        } else {
+            cable.send(text);
+        }
         EXPECT_TRUE(captureUntilSignShows("Two / Three is a line far too long / for the sign"))
             << model.dump();
         EXPECT_EQ(window.cmdPortOpen->text(), QStringLiteral("Close"));
@@ -118,6 +138,7 @@ TEST_F(TextWindowTest, SerialLinesGoOutOneByOne) {
     EXPECT_EQ(store.get("AsciiPort", "baud", ""), "2400");
     EXPECT_FALSE(store.has("AsciiPort", "stopbits"));
 }
+INSTANTIATE_TEST_SUITE_P(CableAndNetwork, AsciiLineTest, ::testing::Bool());
 
 // A key as the operator presses it, where the focus stands.
 void press(QWidget* focus, Qt::Key key, const QString& text = {}) {
