@@ -1,7 +1,6 @@
 #include "platform/simulatedboard.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 
 namespace zelvan {
@@ -155,21 +154,6 @@ void SimulatedBoard::AEC_PCTC_WRITE_4BYTES(std::uint32_t&, BoardRegister&, Board
 void SimulatedBoard::AEC_PCTC_SEND_COMMAND(std::uint8_t& command, std::uint8_t&,
                                            BoardAddress& address) {
     if (answers(address) && command == board::kStartOutput && !playing()) m_start = m_clock();
-}
-
-std::string SimulatedBoard::dump() const {
-    char head[96];
-    std::snprintf(head, sizeof head, "Board %04X model=%u loop=%d words=%zu", m_settings.address,
-                  m_settings.model, m_settings.loop ? 1 : 0, m_schedule.size());
-    std::string s = head;
-    if (!playing()) return s + " idle";
-    s += " next=" + std::to_string(m_next) + " pass=" + std::to_string(m_pass) + " queue=[";
-    for (std::size_t i = 0; i < m_queue.size() && i < 4; ++i) {
-        char w[12];
-        std::snprintf(w, sizeof w, i ? " %08X" : "%08X", m_queue[i]);
-        s += w;
-    }
-    return s + (m_queue.size() > 4 ? " ...]" : "]");
 }
 
 }  // namespace zelvan

@@ -77,8 +77,6 @@ class SimulatedBoard : public BoardLibrary {
     // Words that have arrived and wait to be taken.
     std::size_t waiting() const { return m_queue.size(); }
     bool playing() const { return m_start >= 0; }
-    // The board's state as text, for tests and debugging.
-    std::string dump() const;
 
     // An SCC word (first byte high) as the board presents it.
     static std::uint32_t captionWord(std::uint16_t sccWord);

@@ -62,7 +62,7 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     EXPECT_EQ(parseWrapWidth("2e1"), 20);
     EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
     EXPECT_EQ(parseWrapWidth("+.7"), 1);
-    for (const char* none : {"wide", "inf", "nan", "-5", "0x20", " ", ".", "-.e5"})
+    for (const char* none : {"wide", "inf", "nan", "-5", "0x20", " ", ".", "-.e5", "0.4"})
         EXPECT_EQ(parseWrapWidth(none), 0) << none;
     EXPECT_EQ(parseWrapWidth("1e300"), 32767);  // beyond 16 bits: the largest width
 }

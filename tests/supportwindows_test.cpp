@@ -64,6 +64,7 @@ TEST(RtfReader, BrokenFilesGiveWhatCouldBeRead) {
     EXPECT_EQ(text(R"({\rtf1 kept\par}}}} more)"), "kept\n more\n");
     EXPECT_EQ(text(R"({\rtf1\intbl cut)"), "cut\n");
     EXPECT_EQ(text(std::string_view("a\\'", 2)), "a\n") << "nothing read past the end";
+    EXPECT_EQ(text(std::string_view("x\\'4F", 4)), "x\x04\n");
     EXPECT_EQ(text(R"({\rtf1 cut \'4)"), "cut \x04\n");
     EXPECT_EQ(text(R"({\rtf1 x\bin99999999)"), "x\n");
     EXPECT_EQ(text(R"({\rtf1 a\bin-5 b\bin c})"), "abc\n") << "no count, nothing skipped";

@@ -77,10 +77,11 @@ std::size_t readCueTime(std::string_view s, std::int64_t& ms) {
         const std::size_t n = readDigits(s.substr(at), parts[count]);
         if (n == 0 || (count > 0 && n != 2)) return 0;
         at += n;
-        if (at >= s.size() || s[at] != ':') break;
+        if (!s.substr(at).starts_with(':')) break;
         ++at;
     }
-    if (count == 0 || count == 3 || at >= s.size() || (s[at] != ',' && s[at] != '.')) return 0;
+    const std::string_view rest = s.substr(at);
+    if (count == 0 || count == 3 || !(rest.starts_with(',') || rest.starts_with('.'))) return 0;
     std::int64_t millis = 0;
     if (readDigits(s.substr(at + 1), millis) != 3) return 0;
     const std::int64_t hours = count == 2 ? parts[0] : 0;

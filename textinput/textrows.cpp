@@ -93,9 +93,7 @@ std::int16_t parseWrapWidth(std::string_view text) {
     const std::string_view number = std::string_view(s).substr(i);
     if (number.starts_with("0x") || number.starts_with("0X")) return 0;
     const double v = std::nearbyint(std::strtod(s.c_str(), nullptr));  // ties to even
-    if (!(v > 0)) return 0;
-    if (v >= INT16_MAX) return INT16_MAX;
-    return static_cast<std::int16_t>(v);
+    return static_cast<std::int16_t>(std::clamp(v, 0.0, static_cast<double>(INT16_MAX)));
 }
 
 std::int16_t AsciiFilter::FilterAscii(const std::string& inString, std::string& outString) {
