@@ -188,6 +188,9 @@ TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
     rig.tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "c");
     EXPECT_EQ(view.line, "Q") << "the carry goes on the input line at the CR";
+    std::string out = "stale";
+    input.FilterAscii("a", out);
+    EXPECT_EQ(out, "") << "no line ended";
 }
 
 }  // namespace

@@ -54,6 +54,10 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
           "a < b, 3 > 2 --> fine"}},
         {"1\n0:00:01.000 --> 0:00:02.000\n\xE9t\xE9 Caf\xE9\n", {"\xE9t\xE9 Caf\xE9"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xA9\xA9\xA9\xA9\n", {"\xA9\xA9\xA9\xA9"}},
+        // A time without an arrow, or an arrow without an end, is no timing line.
+        {"1\n00:00:01,000 --> 00:00:02,000\nA\n\n0:00:09.000 x\n0:00:03.000 --> 0:00:04.000\nB\n\n"
+         "00:00:05,000 -->\nC\n",
+         {"A", "B"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xE2\x41\x80\n", {"\xE2\x41\x80"}},
         {"1\n00:00:01,000 --> 00:00:02,000\n\xE2\x80\x41\n", {"\xE2\x80\x41"}},
         {"WEBVTT - a title\nKind: captions\n\nSTYLE\n::cue { color: yellow }\n\n"
@@ -302,8 +306,9 @@ TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
 // By hand a cue steps out as many rows at a time as the display uses.
 TEST_F(SubtitleTest, StepsFittedRowsByHandAndATdsScriptCantPlay) {
     EXPECT_EQ(view.onDeck, "We're actually at the Lucern\r\nHotel, just down the street");
-    display.rows = 2;
-    for (int i = 0; i < 4; ++i) input.send();
+    input.send();
+    display.rows = 2;  // the cue on deck fits the rows anew at Send
+    for (int i = 0; i < 3; ++i) input.send();
     EXPECT_EQ(display.captions, (Captions{"0 1: " + kLucern, "0 1: 1[line one] 2[line two]",
                                           "0 1: 1[line three] 2[line four]", "0 1: 1[line five]"}));
     EXPECT_EQ(view.onDeck, "Overlap");
