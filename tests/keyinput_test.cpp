@@ -57,14 +57,13 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     // Unwrapped, a full row refills from the left and its tail stays.
     filter.bWrapLongLines = false;
     EXPECT_EQ(feed(std::string(31, 'a') + "XYZ\r"), "YZ" + std::string(29, 'a') + "|");
-    // The width box's text: the number at its start, halves rounded to even.
-    EXPECT_EQ(parseWrapWidth(" 12abc"), 12);
-    EXPECT_EQ(parseWrapWidth("2e1"), 20);
-    EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
-    EXPECT_EQ(parseWrapWidth("+.7"), 1);
-    for (const char* none : {"wide", "inf", "nan", "-5", "0x20", " ", ".", "-.e5"})
-        EXPECT_EQ(parseWrapWidth(none), 0) << none;
-    EXPECT_EQ(parseWrapWidth("1e300"), 32767);  // beyond 16 bits: the largest width
+    // The width box's text: the number at its start, halves rounded to even,
+    // beyond 16 bits the largest width; no number is 0.
+    const std::pair<const char*, int> widths[] = {
+        {" 12abc", 12},   {"2e1", 20}, {"10.5", 10}, {"11.5", 12}, {"+.7", 1},
+        {"1e300", 32767}, {"wide", 0}, {"inf", 0},   {"nan", 0},   {"-5", 0},
+        {"0x20", 0},      {" ", 0},    {".", 0},     {"-.e5", 0}};
+    for (auto [text, width] : widths) EXPECT_EQ(parseWrapWidth(text), width) << text;
 }
 
 // Rows count from 1 to 15 and columns from 1 to 32; nothing outside is read
@@ -109,8 +108,6 @@ struct KeyInputTest : ::testing::Test {
     KeyInputTest() {
         rig.tavo.frmInKey = &input;
         rig.tavo.bInKey = true;
-        rig.tavo.frmOutDW = &display;
-        rig.tavo.bOutDW = true;
     }
     // Keys the filter doesn't take go to the line as a box does, then a drain.
     void type(const std::string& keys) {

@@ -38,8 +38,6 @@ struct L21SerialTest : ::testing::Test {
     L21SerialTest() {
         rig.console();
         display.stamp = [this] { return std::to_string(rig.dispatch.nowMs()) + ":"; };
-        tavo.frmOutDW = &display;
-        tavo.bOutDW = true;
         input = std::make_unique<L21SerialInput>(tavo, memory, port, view);
     }
     // As the selection does it: the flag up first, then showForm.
@@ -74,7 +72,6 @@ struct L21SerialTest : ::testing::Test {
     }
 };
 
-// The port doesn't open: one message, no capture, and the window stays.
 TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays) {
     rig.store.set("L21Port", "baud", "9600");
     memory.iChannel = 5;
@@ -107,7 +104,7 @@ TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop)
     rig.dispatch.postAt(1000, [this] { input->cmdPortOpen_Click(); });
     select();  // returns when the close stops capture
     EXPECT_NE(view.dm.find("Hi"), std::string::npos);
-    EXPECT_EQ(display.captions, (std::vector<std::string>{"200:1: 15[Hi]"}));
+    EXPECT_EQ(display.captions, (Captions{"200:1: 15[Hi]"}));
     EXPECT_EQ(rig.shell.view.read.text().find("stale"), std::string::npos);
     EXPECT_EQ(markers("END CAPTURE"), 1);
 }
@@ -127,7 +124,7 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     rig.dispatch.postAt(60000, [this] { input->cmdPortOpen_Click(); });
     select();
     EXPECT_EQ(display.captions,
-              (std::vector<std::string>{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
+              (Captions{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
     EXPECT_EQ(memory.dump(), memoryOnceSilent);
     // The pair is counted and shown like received bytes.
     EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);

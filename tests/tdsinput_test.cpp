@@ -82,23 +82,12 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
     for (const char* noText : {"", "\r\n\r\n", "; only\r\n_markers\r\n^here\r\n"})
         script::appendCaptions(noText, list);
     EXPECT_EQ(list, Captions{"kept"});
-    // The format is told by content alone.
     EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\tx\r\n\r\n01:00.000 --> 01:02.000\r\n"),
               script::Format::WebVtt);
     EXPECT_EQ(script::detectFormat("\r\n190\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
               script::Format::SubRip);
     EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
     EXPECT_EQ(script::detectFormat("  \r\n7"), script::Format::Tds);
-}
-
-// Cue times with hours or without; a minute or second past 59 is no time.
-TEST(CaptionScript, ReadsCueTimesInMilliseconds) {
-    const script::Script s = script::readScript(
-        "1\n1:02:03.456 --> 01:02:04,000\nA\n\n2\n59:58,001 --> 59:59.999\nB\n\n"
-        "3\n00:60:00,000 --> 01:00:00,000\nC\n\n4\n00:00:60,000 --> 00:01:00,000\nD\n");
-    std::vector<std::pair<std::int64_t, std::int64_t>> times;
-    for (const script::Caption& c : s.captions) times.emplace_back(c.startMs, c.endMs);
-    EXPECT_EQ(times, (decltype(times){{3723456, 3724000}, {3598001, 3599999}}));
 }
 
 struct FakeTdsView : TdsView {
@@ -138,8 +127,6 @@ struct TdsInputTest : ::testing::Test {
         std::filesystem::create_directories(dir);
         rig.tavo.bInTDS = true;
         rig.tavo.frmInTDS = &input;
-        rig.tavo.frmOutDW = &display;
-        rig.tavo.bOutDW = true;
     }
     void TearDown() override { std::filesystem::remove_all(dir); }
 
@@ -215,7 +202,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     EXPECT_EQ(view.displayed, "Caption 3") << "the sign still shows the old caption";
 }
 
-TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {
+TEST(SubtitleClock, ReadsTheTimesTypedAndInCuesAndShowsTenths) {
     EXPECT_EQ(clockText(3723456), "01:02:03.4");
     using Times = std::vector<std::pair<const char*, std::optional<long long>>>;
     const Times times{{"", 0},
@@ -229,6 +216,13 @@ TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {
     const Times offsets{{"", 0},     {"-1.25", -1300},       {"+0.04", 0},
                         {"2", 2000}, {"1.5s", std::nullopt}, {"--1", std::nullopt}};
     for (const auto& [text, ms] : offsets) EXPECT_EQ(parseOffset(text), ms) << text;
+    // Cue times with hours or without; a minute or second past 59 is no time.
+    const script::Script s = script::readScript(
+        "1\n1:02:03.456 --> 01:02:04,000\nA\n\n2\n59:58,001 --> 59:59.999\nB\n\n"
+        "3\n00:60:00,000 --> 01:00:00,000\nC\n\n4\n00:00:60,000 --> 00:01:00,000\nD\n");
+    std::vector<std::pair<std::int64_t, std::int64_t>> cues;
+    for (const script::Caption& c : s.captions) cues.emplace_back(c.startMs, c.endMs);
+    EXPECT_EQ(cues, (decltype(cues){{3723456, 3724000}, {3598001, 3599999}}));
 }
 
 // A cue of 56 characters, one of five lines, two that overlap and a gap.

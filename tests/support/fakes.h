@@ -82,11 +82,14 @@ class FakeDisplay : public DisplayOutput {
     std::vector<std::int16_t> styles;
 };
 
-// A display output that reads the rows as the real one does, and keeps what it
-// sees at each style but nothing: "<stamp>1: 14[...] 15[...]".
+// The display output in use, reading the rows as the real one does; it keeps
+// what it sees at each style but nothing: "<stamp>1: 14[...] 15[...]".
 class CaptionRecorder : public DisplayOutput {
   public:
-    explicit CaptionRecorder(Tavo& tavo) : tavo(tavo) {}
+    explicit CaptionRecorder(Tavo& tavo) : tavo(tavo) {
+        tavo.frmOutDW = this;
+        tavo.bOutDW = true;
+    }
     void showForm() override {}
     void hideForm() override {}
     void showStartupBarker(bool) override {}
