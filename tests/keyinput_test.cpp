@@ -99,15 +99,14 @@ struct FakeKeyView : KeyView {
     std::string line, widthText, notice;
 };
 
-struct KeyInputTest : ::testing::Test {
-    testing::Rig rig;
+struct KeyInputTest : ::testing::Test, testing::Rig {
     FakeKeyView view;
-    KeyInput input{rig.tavo, view};
-    testing::CaptionRecorder display{rig.tavo};
+    KeyInput input{tavo, view};
+    testing::CaptionRecorder display{tavo};
 
     KeyInputTest() {
-        rig.tavo.frmInKey = &input;
-        rig.tavo.bInKey = true;
+        tavo.frmInKey = &input;
+        tavo.bInKey = true;
     }
     // Keys the filter doesn't take go to the line as a box does, then a drain.
     void type(const std::string& keys) {
@@ -116,7 +115,7 @@ struct KeyInputTest : ::testing::Test {
             if (c == '\b' && !view.line.empty()) view.line.pop_back();
             if (c >= 32) view.line += static_cast<char>(c);
         }
-        rig.tavo.drainQueue();
+        tavo.drainQueue();
     }
 };
 
@@ -152,15 +151,14 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
 // The window greets with a notice for five seconds and captures. Keys typed
 // before a sent line's CR is drained start the next line in order.
 TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
-    rig.dispatch.postAt(4999,
-                        [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
-    rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
-    rig.dispatch.postAt(7000, [&] { rig.tavo.stopCapture(); });
-    rig.console();
+    dispatch.postAt(4999, [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
+    dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
+    dispatch.postAt(7000, [&] { tavo.stopCapture(); });
+    console();
     input.showForm();
     EXPECT_EQ(view.widthText, "32");
-    EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
-    type("Hello world\r\r");               // an empty line still sends
+    EXPECT_EQ(tone.tones.size(), 6u);  // three double beeps
+    type("Hello world\r\r");           // an empty line still sends
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:"}));
     input.tbWrapWidth_Change("10");
     display.captions.clear();
@@ -178,11 +176,11 @@ TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
     type("\b\r");
     EXPECT_EQ(input.getExternalText(1), "Pasted text that runs beyond the");
     // Bytes another input left on the ring fill the row until the next CR.
-    rig.queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
-    rig.tavo.drainQueue();
+    queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
+    tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "Z" + std::string(29, 'x'));
-    rig.queue(std::string(30, 'w') + "Q\rc");  // Q at column 32 again
-    rig.tavo.drainQueue();
+    queue(std::string(30, 'w') + "Q\rc");  // Q at column 32 again
+    tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "c");
     EXPECT_EQ(view.line, "Q") << "the carry goes on the input line at the CR";
 }

@@ -115,18 +115,17 @@ struct FakeTdsView : TdsView {
     int focused = 0;
 };
 
-struct TdsInputTest : ::testing::Test {
-    testing::Rig rig;
-    testing::CaptionRecorder display{rig.tavo};
+struct TdsInputTest : ::testing::Test, testing::Rig {
+    testing::CaptionRecorder display{tavo};
     FakeTdsView view;
-    TdsInput input{rig.tavo, view};
+    TdsInput input{tavo, view};
     std::filesystem::path dir =
         std::filesystem::temp_directory_path() / ("tdsinput-" + std::to_string(::getpid()));
 
     void SetUp() override {
         std::filesystem::create_directories(dir);
-        rig.tavo.bInTDS = true;
-        rig.tavo.frmInTDS = &input;
+        tavo.bInTDS = true;
+        tavo.frmInTDS = &input;
     }
     void TearDown() override { std::filesystem::remove_all(dir); }
 
@@ -192,7 +191,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     input.send();
     EXPECT_EQ(shown(), "1: 1[Caption 2]");
 
-    rig.tavo.bOutDW = false;
+    tavo.bOutDW = false;
     const long calls = display.calls;
     input.send();
     EXPECT_EQ(display.calls, calls) << "the display is down";
@@ -239,12 +238,12 @@ const std::string kLines4and5 = "1[line four] 2[line five]";
 struct SubtitleTest : TdsInputTest {
     void SetUp() override {
         TdsInputTest::SetUp();
-        display.stamp = [this] { return std::to_string(rig.dispatch.nowMs() - t0) + " "; };
+        display.stamp = [this] { return std::to_string(dispatch.nowMs() - t0) + " "; };
         open("film.srt", kSubtitles);
     }
     // Plays from now, on virtual time, until the file has ended.
     void play() {
-        t0 = rig.dispatch.nowMs();
+        t0 = dispatch.nowMs();
         display.captions.clear();
         input.playPause();
     }
@@ -258,7 +257,7 @@ TEST_F(SubtitleTest, EachChangeReachesTheSignAtItsCueTimeAndOffsetMovesThemAll) 
         input.offsetChanged(offset);
         play();
         EXPECT_EQ(view.play, "Pause");
-        rig.dispatch.advance(15000);
+        dispatch.advance(15000);
         auto at = [&](long long ms, const std::string& rows) {
             return std::to_string(ms + shift) + " 1:" + (rows.empty() ? "" : " " + rows);
         };
@@ -273,9 +272,9 @@ TEST_F(SubtitleTest, EachChangeReachesTheSignAtItsCueTimeAndOffsetMovesThemAll) 
 TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
     input.startAtChanged("00:00:00.9");
     play();
-    rig.dispatch.advance(1000);  // file time 1.9 s: the first cue shows
+    dispatch.advance(1000);  // file time 1.9 s: the first cue shows
     input.playPause();
-    rig.dispatch.advance(60000);
+    dispatch.advance(60000);
     EXPECT_EQ(view.clock, "00:00:01.9");
     EXPECT_EQ(view.onDeck, "line one\r\nline two\r\nline three");
     input.playPause();  // sends what shows at once
@@ -283,7 +282,7 @@ TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
     input.send();       // 9 s
     input.rewind();     // to the cue before the one that started last: 4 s
     input.erase();
-    rig.dispatch.advance(5500);  // 9.5 s: blank until cue 3, then cue 2 ends at 10 s
+    dispatch.advance(5500);  // 9.5 s: blank until cue 3, then cue 2 ends at 10 s
     EXPECT_EQ(
         display.captions,
         (Captions{"0 1:", "100 1: " + kLucern, "61000 1: " + kLucern, "61000 1: " + kLines1to3,

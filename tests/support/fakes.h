@@ -146,10 +146,12 @@ class FakeShell : public Shell {
     std::function<void(FilterKind, FakeFilter&)> onMake;
 };
 
-// A fresh program state on virtual time, with the main window faked.
-struct Rig {
-    VirtualDispatch dispatch;
-    MemorySettingsStore store;
+// A fresh program state, on virtual time unless told otherwise, with the main
+// window faked.
+template <typename Dispatch, typename Store = MemorySettingsStore>
+struct RigOf {
+    Dispatch dispatch;
+    Store store;
     RecordingTone tone;
     Log log;
     FakeShell shell{log};
@@ -164,5 +166,6 @@ struct Rig {
         for (unsigned char b : bytes) tavo.queueByte(b);
     }
 };
+using Rig = RigOf<VirtualDispatch>;
 
 }  // namespace zelvan::testing
