@@ -31,15 +31,11 @@ struct LinkTest : ::testing::Test, testing::Rig {
 // Text that is no whole number keeps the default; only the decoder link
 // keeps its stop bits.
 TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
-    for (auto [section, key, text] : {std::tuple{"L21Port", "port", "3"},
-                                      {"L21Port", "baud", "fast"},
-                                      {"L21Port", "parity", "2"},
-                                      {"L21Port", "databits", "8x"},
-                                      {"L21Port", "stopbits", "1"},
-                                      {"DWPort", "parity", ""},
-                                      {"DWPort", "baud", "99999999999"},
-                                      {"DWPort", "stopbits", "2"}})
-        store.set(section, key, text);
+    const std::tuple<const char*, const char*, const char*> stored[] = {
+        {"L21Port", "port", "3"},          {"L21Port", "baud", "fast"},  {"L21Port", "parity", "2"},
+        {"L21Port", "databits", "8x"},     {"L21Port", "stopbits", "1"}, {"DWPort", "parity", ""},
+        {"DWPort", "baud", "99999999999"}, {"DWPort", "stopbits", "2"}};
+    for (auto [section, key, text] : stored) store.set(section, key, text);
     for (auto [profile, text] : {std::pair{&kL21Link, "3:1200,e,7,1.5"},
                                  {&kAsciiLink, "1:9600,n,8,1"},
                                  {&kDisplayLink, "2:9600,n,8,1"}}) {
