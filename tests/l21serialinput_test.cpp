@@ -93,9 +93,7 @@ TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays)
 // Bytes already on the ring are dropped when the port opens; what the box
 // sends reaches the caption memory, the panes and the history.
 TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop) {
-    queue(
-        "\x14\x2C"
-        "stale");
+    queue("\x14\x2Cstale");  // an EDM and text
     dispatch.postAt(50, [this] { EXPECT_EQ(view.openCaption, kCaptionClose); });
     deliverAt(100, testing::popOnCaption("Hi").substr(0, 9));
     deliverAt(200, testing::popOnCaption("Hi").substr(9));
