@@ -13,19 +13,17 @@ TEST(DeviceMapTest, EntriesNameASerialLineOrAConnectionOrAreRefused) {
         const char* entry;
         Device device;
         const char* why = "";
-    } cases[] = {
-        {"tcp://encoder.local:4001", TcpClient{"encoder.local", 4001}},
-        {"tcp://[::1]:65535", TcpClient{"::1", 65535}},
-        {"tcp-listen://0.0.0.0:6000", TcpListener{"0.0.0.0", 6000}},
-        {"null", NullDevice{}},
-        {"tcp://nohost", {}, "no port number"},
-        {"tcp://:4001", {}, "no host"},
-        {"tcp://box:0", {}, "1 to 65535"},
-        {"tcp://box:65536", {}, "1 to 65535"},
-        {"tcp://box:4x", {}, "1 to 65535"},
-        {"tcp-listen://[]:1", {}, "no host"},
-        {"udp://box:4001", {}, "unknown kind"},
-    };
+    } cases[] = {{"tcp://encoder.local:4001", TcpClient{"encoder.local", 4001}},
+                 {"tcp://[::1]:65535", TcpClient{"::1", 65535}},
+                 {"tcp-listen://0.0.0.0:6000", TcpListener{"0.0.0.0", 6000}},
+                 {"null", NullDevice{}},
+                 {"tcp://nohost", {}, "no port number"},
+                 {"tcp://:4001", {}, "no host"},
+                 {"tcp://box:0", {}, "1 to 65535"},
+                 {"tcp://box:65536", {}, "1 to 65535"},
+                 {"tcp://box:4x", {}, "1 to 65535"},
+                 {"tcp-listen://[]:1", {}, "no host"},
+                 {"udp://box:4001", {}, "unknown kind"}};
     for (const auto& c : cases) {
         const ParsedDevice parsed = parseDevice(3, c.entry);
         const std::string refusal = "The device COM3=" + std::string(c.entry) + " can't be used: ";

@@ -57,14 +57,13 @@ TEST_F(AsciiFilterTest, LineEndsAndLongLinesLoseNothing) {
     // Unwrapped, a full row refills from the left and its tail stays.
     filter.bWrapLongLines = false;
     EXPECT_EQ(feed(std::string(31, 'a') + "XYZ\r"), "YZ" + std::string(29, 'a') + "|");
-    // The width box's text: the number at its start, halves rounded to even.
-    EXPECT_EQ(parseWrapWidth(" 12abc"), 12);
-    EXPECT_EQ(parseWrapWidth("2e1"), 20);
-    EXPECT_EQ(parseWrapWidth("10.5") * 100 + parseWrapWidth("11.5"), 1012);
-    EXPECT_EQ(parseWrapWidth("+.7"), 1);
-    for (const char* none : {"wide", "inf", "nan", "-5", "0x20", " ", ".", "-.e5", "0.4"})
-        EXPECT_EQ(parseWrapWidth(none), 0) << none;
-    EXPECT_EQ(parseWrapWidth("1e300"), 32767);  // beyond 16 bits: the largest width
+    // The width box's text: the number at its start, halves rounded to even,
+    // beyond 16 bits the largest width; no number is 0.
+    const std::pair<const char*, int> widths[] = {
+        {" 12abc", 12},   {"2e1", 20}, {"10.5", 10}, {"11.5", 12}, {"+.7", 1},
+        {"1e300", 32767}, {"wide", 0}, {"inf", 0},   {"nan", 0},   {"-5", 0},
+        {"0x20", 0},      {" ", 0},    {".", 0},     {"-.e5", 0},  {"0.4", 0}};
+    for (auto [text, width] : widths) EXPECT_EQ(parseWrapWidth(text), width) << text;
 }
 
 // Rows count from 1 to 15 and columns from 1 to 32; nothing outside is read
@@ -100,17 +99,14 @@ struct FakeKeyView : KeyView {
     std::string line, widthText, notice;
 };
 
-struct KeyInputTest : ::testing::Test {
-    testing::Rig rig;
+struct KeyInputTest : ::testing::Test, testing::Rig {
     FakeKeyView view;
-    KeyInput input{rig.tavo, view};
-    testing::CaptionRecorder display{rig.tavo};
+    KeyInput input{tavo, view};
+    testing::CaptionRecorder display{tavo};
 
     KeyInputTest() {
-        rig.tavo.frmInKey = &input;
-        rig.tavo.bInKey = true;
-        rig.tavo.frmOutDW = &display;
-        rig.tavo.bOutDW = true;
+        tavo.frmInKey = &input;
+        tavo.bInKey = true;
     }
     // Keys the filter doesn't take go to the line as a box does, then a drain.
     void type(const std::string& keys) {
@@ -119,7 +115,7 @@ struct KeyInputTest : ::testing::Test {
             if (c == '\b' && !view.line.empty()) view.line.pop_back();
             if (c >= 32) view.line += static_cast<char>(c);
         }
-        rig.tavo.drainQueue();
+        tavo.drainQueue();
     }
 };
 
@@ -155,15 +151,14 @@ TEST_F(KeyInputTest, APrintableKeyAtTheWrapWidthSendsUpToTheLastWordBreak) {
 // The window greets with a notice for five seconds and captures. Keys typed
 // before a sent line's CR is drained start the next line in order.
 TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
-    rig.dispatch.postAt(4999,
-                        [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
-    rig.dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
-    rig.dispatch.postAt(7000, [&] { rig.tavo.stopCapture(); });
-    rig.console();
+    dispatch.postAt(4999, [&] { EXPECT_EQ(view.notice, std::string("shown:") + kBetterTypeFast); });
+    dispatch.postAt(5001, [&] { EXPECT_EQ(view.notice, ""); });
+    dispatch.postAt(7000, [&] { tavo.stopCapture(); });
+    console();
     input.showForm();
     EXPECT_EQ(view.widthText, "32");
-    EXPECT_EQ(rig.tone.tones.size(), 6u);  // three double beeps
-    type("Hello world\r\r");               // an empty line still sends
+    EXPECT_EQ(tone.tones.size(), 6u);  // three double beeps
+    type("Hello world\r\r");           // an empty line still sends
     EXPECT_EQ(display.captions, (std::vector<std::string>{"3: 1[Hello world]", "3:"}));
     input.tbWrapWidth_Change("10");
     display.captions.clear();
@@ -181,11 +176,11 @@ TEST_F(KeyInputTest, ShowFormGreetsAndLinesGoOutInTheOrderTyped) {
     type("\b\r");
     EXPECT_EQ(input.getExternalText(1), "Pasted text that runs beyond the");
     // Bytes another input left on the ring fill the row until the next CR.
-    rig.queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
-    rig.tavo.drainQueue();
+    queue(std::string(30, 'x') + " YZ");  // the byte at column 32 goes to the carry
+    tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "Z" + std::string(29, 'x'));
-    rig.queue(std::string(30, 'w') + "Q\rc");  // Q at column 32 again
-    rig.tavo.drainQueue();
+    queue(std::string(30, 'w') + "Q\rc");  // Q at column 32 again
+    tavo.drainQueue();
     EXPECT_EQ(input.getExternalText(1), "c");
     EXPECT_EQ(view.line, "Q") << "the carry goes on the input line at the CR";
     std::string out = "stale";

@@ -21,15 +21,14 @@ constexpr std::uint32_t word(std::uint8_t first, std::uint8_t second) {
     return 0xC0000000u | static_cast<std::uint32_t>(second) << 8 | first;
 }
 
-struct BoardInput : ::testing::Test {
-    testing::Rig rig;
+struct BoardInput : ::testing::Test, testing::Rig {
     InL21 memory;
     testing::ScriptedBoard lib;
     testing::PanesBoardView view;
     std::unique_ptr<L21BoardInput> input;
 
     void load() {
-        input = std::make_unique<L21BoardInput>(rig.tavo, memory, lib, view);
+        input = std::make_unique<L21BoardInput>(tavo, memory, lib, view);
         lib.log.clear();
     }
     // A PCI board at CC00, set up, with these words waiting.
@@ -64,12 +63,10 @@ TEST_F(BoardInput, BoardsAreFoundInProbingOrderAndNamedByKindOrByWhatTheyReport)
         lib.regs[{0xCC00, reg}] = v;  // model 1010, revision A1
     lib.regs[{0xDD00, 0x08}] = 0x60;  // a model no table holds: the name read before stays
     load();
-    Log listed;
-    for (const auto& e : input->entries()) listed.push_back(e.text);
-    EXPECT_EQ(listed, (Log{"No Board Currently Selected", "PC-LTC/IOR at 1000",
-                           "PCI-VLTC/GeN (rev. A1 )  at  CC00", "PCI-VLTC/GeN (rev. A1 )  at  DD00",
-                           "PC-VITC/RDR (rev. B2 )  at  220"}));
-    EXPECT_EQ(view.boards, listed);
+    EXPECT_EQ(view.boards,
+              (Log{"No Board Currently Selected", "PC-LTC/IOR at 1000",
+                   "PCI-VLTC/GeN (rev. A1 )  at  CC00", "PCI-VLTC/GeN (rev. A1 )  at  DD00",
+                   "PC-VITC/RDR (rev. B2 )  at  220"}));
     // The first found is in use, whatever its kind; a kind 1 board stays silent.
     EXPECT_EQ(input->boardAddress, 0x1000);
     lib.regs[{0x1000, 0xFE}] = 1;
@@ -86,7 +83,7 @@ TEST_F(BoardInput, APciBoardIsSetUpAtLoadWhenItAsks) {
     lib.kinds = {{0xCC00, 4}};
     lib.regs[{0xCC00, 0x08}] = 0x14;  // model 1, setup to do
     lib.regs[{0xCC00, 0x2E}] = 0x05;
-    input = std::make_unique<L21BoardInput>(rig.tavo, memory, lib, view);
+    input = std::make_unique<L21BoardInput>(tavo, memory, lib, view);
     const auto setup = std::find(lib.log.begin(), lib.log.end(), "info") + 1;
     EXPECT_EQ(Log(setup, lib.log.end()),
               (Log{"r1 8@CC00", "r1 2E@CC00", "w1 2E=0@CC00", "w4 20=80808080@CC00",
@@ -119,14 +116,14 @@ TEST_F(BoardInput, APollTakesValidWordsInOrderWithoutParityWhenTheRingHasRoom) {
 
     // Its bytes are queued only when the ring has room for a whole poll.
     pciBoardWith({word(0x41, 0x42), word(0x43, 0x44), word(0x45, 0x46), word(0x47, 0x48)});
-    rig.tavo.rawQueueIn = 1017;  // room for 7 bytes
+    tavo.rawQueueIn = 1017;  // room for 7 bytes
     input->readBoard();
     EXPECT_TRUE(lib.log.empty()) << "no register touched, so the board keeps its words";
-    rig.tavo.rawQueueIn = 1016;  // room for 8
+    tavo.rawQueueIn = 1016;  // room for 8
     input->readBoard();
-    EXPECT_EQ(rig.tavo.queueRoom(), 0);
-    EXPECT_EQ(rig.tavo.rawQueue[1015], 'A');
-    EXPECT_EQ(rig.tavo.rawQueue[1022], 'H');
+    EXPECT_EQ(tavo.queueRoom(), 0);
+    EXPECT_EQ(tavo.rawQueue[1015], 'A');
+    EXPECT_EQ(tavo.rawQueue[1022], 'H');
 }
 
 // The test buttons change the memory only; "Show" redraws a pane.
@@ -147,12 +144,12 @@ TEST_F(BoardInput, TestButtonsShowAndTheFlushTimerOfTheWindowInUse) {
     // Hiding the window stops the timer and the capture.
     input->showForm();
     memory.restartFlushTimer();
-    rig.dispatch.advance(5000);
-    EXPECT_EQ(rig.tavo.dequeueByte(), "\x14");
-    EXPECT_EQ(rig.tavo.dequeueByte(), "\x2D");
+    dispatch.advance(5000);
+    EXPECT_EQ(tavo.dequeueByte(), "\x14");
+    EXPECT_EQ(tavo.dequeueByte(), "\x2D");
     input->hideForm();
-    rig.dispatch.advance(10000);
-    EXPECT_TRUE(rig.tavo.queueEmpty() && rig.tavo.bStopCapture);
+    dispatch.advance(10000);
+    EXPECT_TRUE(tavo.queueEmpty() && tavo.bStopCapture);
 }
 
 SccRecording scc(const std::string& lines) {

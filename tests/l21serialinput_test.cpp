@@ -26,20 +26,16 @@ const std::string kBlankBank = InL21().memoryText(1);
 const std::string kRollUpStart = "\x14\x25\x14\x25\x14\x70\x14\x70";
 const std::string kCR = "\x14\x2D\x14\x2D";
 
-struct L21SerialTest : ::testing::Test {
-    testing::Rig rig;
-    Tavo& tavo = rig.tavo;
-    FakeSerialPort port{rig.dispatch};
+struct L21SerialTest : ::testing::Test, testing::Rig {
+    FakeSerialPort port{dispatch};
     InL21 memory;
     testing::RecordingL21SerialView view;
-    testing::CaptionRecorder display{rig.tavo};
+    testing::CaptionRecorder display{tavo};
     std::unique_ptr<L21SerialInput> input;
 
     L21SerialTest() {
-        rig.console();
-        display.stamp = [this] { return std::to_string(rig.dispatch.nowMs()) + ":"; };
-        tavo.frmOutDW = &display;
-        tavo.bOutDW = true;
+        console();
+        display.stamp = [this] { return std::to_string(dispatch.nowMs()) + ":"; };
         input = std::make_unique<L21SerialInput>(tavo, memory, port, view);
     }
     // As the selection does it: the flag up first, then showForm.
@@ -49,7 +45,7 @@ struct L21SerialTest : ::testing::Test {
         input->showForm();
     }
     void deliverAt(long long ms, const std::string& bytes) {
-        rig.dispatch.postAt(ms, [this, bytes] { port.deliver(bytes); });
+        dispatch.postAt(ms, [this, bytes] { port.deliver(bytes); });
     }
     // A recording's bytes, each timecode's drained before the next as the capture
     // loop would between two receive events; the captions the display reads.
@@ -61,22 +57,21 @@ struct L21SerialTest : ::testing::Test {
         tavo.frmL21Serial = input.get();
         tavo.bInL21Serial = true;
         for (const SccLine& line : sample(file).lines) {
-            rig.queue(line.bytes());
+            queue(line.bytes());
             while (!tavo.queueEmpty()) tavo.drainQueue();
         }
         return display.captions;
     }
     int markers(const char* text) const {
-        const std::string& pane = rig.shell.view.read.text();
+        const std::string& pane = shell.view.read.text();
         int n = 0;
         for (auto at = pane.find(text); at != std::string::npos; at = pane.find(text, at + 1)) ++n;
         return n;
     }
 };
 
-// The port doesn't open: one message, no capture, and the window stays.
 TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays) {
-    rig.store.set("L21Port", "baud", "9600");
+    store.set("L21Port", "baud", "9600");
     memory.iChannel = 5;
     port.failNextOpen("No such file or directory");
     view.calls.clear();
@@ -98,17 +93,15 @@ TEST_F(L21SerialTest, PortThatWontOpenGivesOneMessageNoCaptureAndTheWindowStays)
 // Bytes already on the ring are dropped when the port opens; what the box
 // sends reaches the caption memory, the panes and the history.
 TEST_F(L21SerialTest, BytesFromTheBoxReachTheCaptionMemoryThroughTheCaptureLoop) {
-    rig.queue(
-        "\x14\x2C"
-        "stale");
-    rig.dispatch.postAt(50, [this] { EXPECT_EQ(view.openCaption, kCaptionClose); });
+    queue("\x14\x2Cstale");  // an EDM and text
+    dispatch.postAt(50, [this] { EXPECT_EQ(view.openCaption, kCaptionClose); });
     deliverAt(100, testing::popOnCaption("Hi").substr(0, 9));
     deliverAt(200, testing::popOnCaption("Hi").substr(9));
-    rig.dispatch.postAt(1000, [this] { input->cmdPortOpen_Click(); });
+    dispatch.postAt(1000, [this] { input->cmdPortOpen_Click(); });
     select();  // returns when the close stops capture
     EXPECT_NE(view.dm.find("Hi"), std::string::npos);
-    EXPECT_EQ(display.captions, (std::vector<std::string>{"200:1: 15[Hi]"}));
-    EXPECT_EQ(rig.shell.view.read.text().find("stale"), std::string::npos);
+    EXPECT_EQ(display.captions, (Captions{"200:1: 15[Hi]"}));
+    EXPECT_EQ(shell.view.read.text().find("stale"), std::string::npos);
     EXPECT_EQ(markers("END CAPTURE"), 1);
 }
 
@@ -121,16 +114,16 @@ TEST_F(L21SerialTest, FlushTimerEndsAPartialRollUpLineAndLeavesSilenceAlone) {
     deliverAt(11000, "CD");
     deliverAt(12000, kCR);
     deliverAt(13000, "EF");
-    rig.dispatch.postAt(11500, [&] { EXPECT_NE(view.dm.find("CD"), std::string::npos); });
+    dispatch.postAt(11500, [&] { EXPECT_NE(view.dm.find("CD"), std::string::npos); });
     std::string memoryOnceSilent;
-    rig.dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
-    rig.dispatch.postAt(60000, [this] { input->cmdPortOpen_Click(); });
+    dispatch.postAt(22100, [&] { memoryOnceSilent = memory.dump(); });
+    dispatch.postAt(60000, [this] { input->cmdPortOpen_Click(); });
     select();
     EXPECT_EQ(display.captions,
-              (std::vector<std::string>{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
+              (Captions{"10000:3: 15[AB]", "12000:3: 15[CD]", "17000:3: 15[EF]"}));
     EXPECT_EQ(memory.dump(), memoryOnceSilent);
     // The pair is counted and shown like received bytes.
-    EXPECT_NE(rig.shell.view.read.dump().find("EF{T}-"), std::string::npos);
+    EXPECT_NE(shell.view.read.dump().find("EF{T}-"), std::string::npos);
 }
 
 // A modal dialog holds the loop while the box sends a burst and the flush
@@ -140,33 +133,33 @@ TEST_F(L21SerialTest, FlushPairOnAFullRingLosesNoByteOfABurst) {
     std::string burst;
     for (int i = 0; i < 3000; ++i) burst += static_cast<char>('a' + i % 26);
     deliverAt(100, kRollUpStart + "AB" + kCR);  // the flush timer runs from here
-    rig.dispatch.postAt(1000, [&] {
+    dispatch.postAt(1000, [&] {
         port.deliver(burst.substr(0, kRawQueueSize - 2));
-        rig.dispatch.advance(5000);
+        dispatch.advance(5000);
     });
     deliverAt(7000, burst.substr(kRawQueueSize - 2));
-    rig.dispatch.postAt(9000, [this] { input->cmdPortOpen_Click(); });
+    dispatch.postAt(9000, [this] { input->cmdPortOpen_Click(); });
     select();
-    EXPECT_NE(rig.shell.view.raw.text().find(burst), std::string::npos);
+    EXPECT_NE(shell.view.raw.text().find(burst), std::string::npos);
 }
 
 // Selecting the board filter while this one captures closes the port, saves
 // the section and queues no flush pair for the board filter.
 TEST_F(L21SerialTest, SelectingAnotherFilterWhileCapturingEndsThisOneCleanly) {
     deliverAt(100, kRollUpStart + "AB" + kCR);
-    rig.dispatch.postAt(300, [this] { port.setBaud(4800); });
+    dispatch.postAt(300, [this] { port.setBaud(4800); });
     bool closedBeforeTheNextShows = false;
-    rig.shell.onMake = [&](FilterKind, testing::FakeFilter&) {
+    shell.onMake = [&](FilterKind, testing::FakeFilter&) {
         closedBeforeTheNextShows = !port.openState() && tavo.bStopCapture && !view.visible;
     };
-    rig.dispatch.postAt(1000, [this] { rig.console().obIFL21USB_Click(); });
+    dispatch.postAt(1000, [this] { console().obIFL21USB_Click(); });
     select();
     EXPECT_TRUE(closedBeforeTheNextShows);
     EXPECT_EQ(markers("END CAPTURE"), 1);
-    EXPECT_EQ(rig.store.get("L21Port", "baud", ""), "4800");
+    EXPECT_EQ(store.get("L21Port", "baud", ""), "4800");
 
     const std::int32_t counted = tavo.totalChars;
-    rig.dispatch.advance(30000);
+    dispatch.advance(30000);
     EXPECT_EQ(tavo.totalChars, counted);
 }
 

@@ -42,21 +42,19 @@ TEST(FieldPairs, TakeTheChosenFieldStripParityAndDropPaddingAndOtherServices) {
             << ::testing::PrintToString(c.data) << " field " << c.field;
 }
 
-struct L21VideoTest : ::testing::Test {
-    testing::Rig rig;
-    Tavo& tavo = rig.tavo;
+struct L21VideoTest : ::testing::Test, testing::Rig {
     InL21 memory;
     testing::ScriptedMedia media;
     testing::RecordingVideoView view;
     L21VideoInput input{tavo, memory, media, view};
 
     L21VideoTest() {
-        rig.console();
+        console();
         tavo.frmL21Video = &input;
         tavo.bInL21Video = true;
     }
     void sendAt(long long ms, MediaEvent e) {
-        rig.dispatch.postAt(ms, [this, e] { media.send(e); });
+        dispatch.postAt(ms, [this, e] { media.send(e); });
     }
 };
 
@@ -85,10 +83,10 @@ TEST_F(L21VideoTest, TheOperatorIsToldOfFailureSilenceTheEndAndAStall) {
     for (const Case& c : cases) {
         input.chkLoop_Click(c.loop);
         input.txtSource_Change("show.ts");
-        sendAt(rig.dispatch.nowMs() + 1, {K::Opened, "#0 mpeg2video"});
-        long long at = rig.dispatch.nowMs() + 2;
+        sendAt(dispatch.nowMs() + 1, {K::Opened, "#0 mpeg2video"});
+        long long at = dispatch.nowMs() + 2;
         for (const MediaEvent& e : c.events) sendAt(at++, e);
-        rig.dispatch.postAt(at, [this] { tavo.bStopCapture = true; });
+        dispatch.postAt(at, [this] { tavo.bStopCapture = true; });
         view.notices.clear();
         view.boxes.clear();
         input.cmdOpen_Click();
@@ -100,15 +98,15 @@ TEST_F(L21VideoTest, TheOperatorIsToldOfFailureSilenceTheEndAndAStall) {
         if (input.isOpen()) input.cmdOpen_Click();
     }
     input.hideForm();
-    EXPECT_EQ(rig.store.get("DigitalVideo", "Source", ""), "show.ts");
+    EXPECT_EQ(store.get("DigitalVideo", "Source", ""), "show.ts");
 }
 
 // Pairs that find the ring full wait, in order, rather than overwrite bytes
 // the capture loop hasn't read.
 TEST_F(L21VideoTest, PairsWaitForRoomOnTheRingAndKeepTheirOrder) {
     input.txtSource_Change("show.ts");
-    rig.dispatch.postAt(1, [this] {
-        rig.queue(std::string(static_cast<std::size_t>(tavo.queueRoom()) - 1, 'x'));
+    dispatch.postAt(1, [this] {
+        queue(std::string(static_cast<std::size_t>(tavo.queueRoom()) - 1, 'x'));
         media.send({K::CaptionData, "", ccData(1, "AB"), 0});
         media.send({K::CaptionData, "", ccData(1, "CD"), 33});
         EXPECT_EQ(tavo.queueRoom(), 1);

@@ -22,16 +22,15 @@ std::string frameName(const std::string& f) {
            f.substr(4, f.size() - 5) + "|";
 }
 
-struct LineOutputTest : ::testing::Test, LineOutputListener {
-    testing::Rig rig;
+struct LineOutputTest : ::testing::Test, testing::Rig, LineOutputListener {
     testing::RowsFilter filter;
     RecordingDisplayLink link;
-    LineOutput out{rig.tavo, link};
+    LineOutput out{tavo, link};
     Names pending;
 
     LineOutputTest() {
-        rig.tavo.bInTDS = true;
-        rig.tavo.frmInTDS = &filter;
+        tavo.bInTDS = true;
+        tavo.frmInTDS = &filter;
         out.bFilterOn = true;
         out.bReverse = false;
         out.setListener(this);

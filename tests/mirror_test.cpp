@@ -110,9 +110,7 @@ TEST(MirrorClientsTest, EveryReaderGetsEveryMessageUntilItsQueueOverflows) {
     MirrorClients clients(3);
     Reader fast, stalled, leaving, late;
     stalled.readsNothing = true;
-    EXPECT_TRUE(clients.admit(fast, "now"));
-    EXPECT_TRUE(clients.admit(stalled, "now"));
-    EXPECT_TRUE(clients.admit(leaving, "now"));
+    for (Reader* r : {&fast, &stalled, &leaving}) EXPECT_TRUE(clients.admit(*r, "now"));
     EXPECT_FALSE(clients.admit(late, "now"));
     EXPECT_EQ(clients.refused, 1);
     EXPECT_TRUE(late.got.empty());

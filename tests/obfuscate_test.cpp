@@ -16,7 +16,6 @@ TEST(ObfuscateTest, StepsRunInOrderAndThePreferencesPickTheList) {
     EXPECT_EQ(obfuscateType0("The moon. Thanks"), "De moon, uh-hah-hah-hah.  Danks");
     // A replacement isn't searched again: each "n." grows the row by 17.
     EXPECT_EQ(obfuscateType0("n.n.").size(), 4u + 2 * 17);
-    // The preferences pick the list.
     EXPECT_EQ(obfuscateText("rabbit", false, 1), "rabbit");
     EXPECT_EQ(obfuscateText("SON.", true, 1), "SON, uh-hah-hah-hah. ");
     for (std::int16_t type : {0, 2, -1})

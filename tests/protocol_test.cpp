@@ -25,12 +25,11 @@ struct ProtocolTest : ::testing::Test {
 
 // Each switch picks the other board; reversed text has board codes of its own.
 TEST_F(ProtocolTest, BoardToggleAlternatesInThePlainAndTheReversedCodes) {
-    out.bReverse = false;
-    out.toggleBoard();
-    out.toggleBoard();
-    out.bReverse = true;
-    out.toggleBoard();
-    out.toggleBoard();
+    for (const bool reverse : {false, true}) {
+        out.bReverse = reverse;
+        out.toggleBoard();
+        out.toggleBoard();
+    }
     std::string codes;
     for (const std::string& w : link.writes) codes += w.substr(3, w.size() - 4);
     EXPECT_EQ(codes, bytes({0x7E, 0x26, 0x7E, 0x25, 0x7E, 0x28, 0x7E, 0x27}));

@@ -10,48 +10,43 @@
 namespace zelvan {
 namespace {
 
-struct LinkTest : ::testing::Test {
-    testing::Rig rig;
-    FakeSerialPort port{rig.dispatch};
+struct LinkTest : ::testing::Test, testing::Rig {
+    FakeSerialPort port{dispatch};
     testing::RecordingLinkView view;
     std::unique_ptr<SerialLink> link;
 
     void make(const LinkProfile& profile) {
         link.reset();  // a link going away unhooks the port's events
-        link = std::make_unique<SerialLink>(profile, port, rig.tavo.linkContext(), view);
+        link = std::make_unique<SerialLink>(profile, port, tavo.linkContext(), view);
     }
     void openLink(const LinkProfile& profile) {
         make(profile);
         link->openPort();
-        rig.dispatch.yield();  // the state event
+        dispatch.yield();  // the state event
         ASSERT_TRUE(link->isPortOpen());
     }
-    long long now() const { return rig.dispatch.nowMs(); }
+    long long now() const { return dispatch.nowMs(); }
 };
 
 // Text that is no whole number keeps the default; only the decoder link
 // keeps its stop bits.
 TEST_F(LinkTest, SettingsComeBackAsTheirCaptionWithDefaultsForUnreadableText) {
-    for (auto [section, key, text] : {std::tuple{"L21Port", "port", "3"},
-                                      {"L21Port", "baud", "fast"},
-                                      {"L21Port", "parity", "2"},
-                                      {"L21Port", "databits", "8x"},
-                                      {"L21Port", "stopbits", "1"},
-                                      {"DWPort", "parity", ""},
-                                      {"DWPort", "baud", "99999999999"},
-                                      {"DWPort", "stopbits", "2"}})
-        rig.store.set(section, key, text);
+    const std::tuple<const char*, const char*, const char*> stored[] = {
+        {"L21Port", "port", "3"},          {"L21Port", "baud", "fast"},  {"L21Port", "parity", "2"},
+        {"L21Port", "databits", "8x"},     {"L21Port", "stopbits", "1"}, {"DWPort", "parity", ""},
+        {"DWPort", "baud", "99999999999"}, {"DWPort", "stopbits", "2"}};
+    for (auto [section, key, text] : stored) store.set(section, key, text);
     for (auto [profile, text] : {std::pair{&kL21Link, "3:1200,e,7,1.5"},
                                  {&kAsciiLink, "1:9600,n,8,1"},
                                  {&kDisplayLink, "2:9600,n,8,1"}}) {
-        FakeSerialPort fresh(rig.dispatch);
-        SerialLink(*profile, fresh, rig.tavo.linkContext(), view).loadSettings();
+        FakeSerialPort fresh(dispatch);
+        SerialLink(*profile, fresh, tavo.linkContext(), view).loadSettings();
         EXPECT_EQ(view.setupCaption, text) << profile->section;
     }
     make(kL21Link);  // saving the decoder's section stops its capture
-    rig.tavo.bStopCapture = false;
+    tavo.bStopCapture = false;
     link->saveSettings();
-    EXPECT_TRUE(rig.tavo.bStopCapture);
+    EXPECT_TRUE(tavo.bStopCapture);
 }
 
 TEST_F(LinkTest, OpenOrCloseThatFailsShowsOneMessageWithTheSystemsReason) {
@@ -59,12 +54,11 @@ TEST_F(LinkTest, OpenOrCloseThatFailsShowsOneMessageWithTheSystemsReason) {
     view.reminder = true;
     port.failNextOpen("Permission denied");
     link->openPort();
-    EXPECT_EQ(port.purges, 0);
-    link->openPort();  // the next try works: it purges and clears the reminder
+    link->openPort();  // the next try works: it purges once and clears the reminder
     EXPECT_EQ(port.purges, 1);
     EXPECT_FALSE(view.reminder);
     EXPECT_EQ(view.openCaption, "Open");  // the caption follows the state event,
-    rig.dispatch.yield();
+    dispatch.yield();
     EXPECT_EQ(view.openCaption, "Close");  // which arrives in a yield
     link->openPort();
     EXPECT_EQ(port.opens, 2);  // an open port isn't opened again
@@ -75,7 +69,7 @@ TEST_F(LinkTest, OpenOrCloseThatFailsShowsOneMessageWithTheSystemsReason) {
     EXPECT_FALSE(link->isPortOpen());
     EXPECT_EQ(view.boxes, (std::vector<std::string>{"Couldn't open port.|Permission denied",
                                                     "Couldn't close port.|Input/output error"}));
-    rig.dispatch.yield();
+    dispatch.yield();
     make(kL21Link);  // the decoder's link lets events run while its box settles
     link->openPort();
     EXPECT_EQ(view.openCaption, "Close");
@@ -90,7 +84,7 @@ TEST_F(LinkTest, RefusedSettingIsToldOnOpenAndShownWhileOpen) {
         openLink(*profile);
         EXPECT_EQ(view.notice + "|" + view.setupTip, port.refusal + "|" + port.refusal);
         link->closePort();
-        rig.dispatch.yield();
+        dispatch.yield();
         EXPECT_EQ(view.setupTip, "") << profile->section;
     }
 }
@@ -117,13 +111,13 @@ TEST_F(LinkTest, HangUpPausesAroundTheEscapeWhileInputFlows) {
     link->hangUpPort();  // closed: nothing, no time
     EXPECT_EQ(now(), 0);
     link->openPort();
-    rig.dispatch.postAt(700, [&] { port.deliver("in"); });
+    dispatch.postAt(700, [&] { port.deliver("in"); });
     const long long start = now();
     link->hangUpPort();
     EXPECT_EQ(now() - start, 3000);
     EXPECT_EQ(port.writes, (std::vector<std::string>{"+++", "ATH\r"}));
     EXPECT_TRUE(link->isPortOpen());
-    EXPECT_EQ(rig.tavo.totalChars, 2);  // received during the pause
+    EXPECT_EQ(tavo.totalChars, 2);  // received during the pause
 }
 
 // The feed of the sign preview and the web mirror: what went out on the line,
@@ -147,17 +141,17 @@ TEST_F(LinkTest, TapSeesTheBytesThatWentOnTheLineAndNoticesLastFiveSeconds) {
     EXPECT_EQ(tap.seen, "frameatdt555\r");
     EXPECT_EQ(other.seen, "frameatdt555\rafter");
     // A notice lasts five seconds and a new one starts them again.
-    rig.tone.tones.clear();
+    tone.tones.clear();
     link->showNotice(true, "Toggle front/back");
-    EXPECT_EQ(rig.tone.tones, (std::vector<std::pair<int, int>>{{740, 250}, {400, 250}}));
-    rig.dispatch.advance(3000);
+    EXPECT_EQ(tone.tones, (std::vector<std::pair<int, int>>{{740, 250}, {400, 250}}));
+    dispatch.advance(3000);
     link->showNotice(true, "Open port first.");
-    rig.dispatch.advance(4999);
+    dispatch.advance(4999);
     EXPECT_EQ(view.notice, "Open port first.");
-    rig.dispatch.advance(1);
+    dispatch.advance(1);
     EXPECT_EQ(view.notice, "");
-    rig.dispatch.advance(20000);  // the timer stopped: nothing else happens
-    EXPECT_EQ(rig.tone.tones.size(), 4u);
+    dispatch.advance(20000);  // the timer stopped: nothing else happens
+    EXPECT_EQ(tone.tones.size(), 4u);
 }
 
 // A sender faster than the reader: several rings' worth in one go.
@@ -165,13 +159,12 @@ TEST_F(LinkTest, BurstOfSeveralRingsReachesTheFilterWholeAndInOrder) {
     openLink(kL21Link);
     testing::Log log;
     testing::FakeFilter filter("decoder", log);
-    rig.tavo.frmL21Serial = &filter;
-    rig.tavo.bInL21Serial = true;
+    tavo.frmL21Serial = &filter;
+    tavo.bInL21Serial = true;
     std::string burst;
     for (int i = 0; i < 5000; ++i) burst += static_cast<char>(' ' + i % 90);
     port.deliver(burst);
-    for (int turn = 0; turn < 50 && filter.received.size() < burst.size(); ++turn)
-        rig.tavo.pollInput();
+    for (int turn = 0; turn < 50 && filter.received.size() < burst.size(); ++turn) tavo.pollInput();
     EXPECT_EQ(filter.received, burst);
 }
 

@@ -24,13 +24,11 @@ TEST(Settings, UnreadableTextKeepsTheDefaultAndSavedValuesComeBack) {
     const std::string barker = kDefaultStartupBarker;
     tavo.loadSettings();
     EXPECT_EQ(values(tavo), "0 1 |" + barker + "| 0 0 1 1");
-    for (auto [key, text] : {std::pair{"BeepOnMessage", "tRuE"},
-                             {"DoStartupBarker", "0.0"},
-                             {"Obfuscate", "1 maybe"},
-                             {"InputFilterType", "2x"},
-                             {"ExitDisplayTask", "40000"},  // beyond 16 bits
-                             {"ObfuscateType", "-1"}})      // out of its table, but used as read
-        rig.store.set("General", key, text);
+    // A task beyond 16 bits; a type out of its table, but used as read.
+    const std::pair<const char*, const char*> stored[] = {
+        {"BeepOnMessage", "tRuE"}, {"DoStartupBarker", "0.0"},   {"Obfuscate", "1 maybe"},
+        {"InputFilterType", "2x"}, {"ExitDisplayTask", "40000"}, {"ObfuscateType", "-1"}};
+    for (auto [key, text] : stored) rig.store.set("General", key, text);
     tavo.loadSettings();
     EXPECT_EQ(values(tavo), "1 0 |" + barker + "| 0 -1 1 1");
     rig.store.set("General", "Obfuscate", "2.5");

@@ -86,23 +86,12 @@ TEST(CaptionScript, ReadsTheCaptionTextOfEachFormatToldByContentAlone) {
     for (const char* noText : {"", "\r\n\r\n", "; only\r\n_markers\r\n^here\r\n"})
         script::appendCaptions(noText, list);
     EXPECT_EQ(list, Captions{"kept"});
-    // The format is told by content alone.
     EXPECT_EQ(script::detectFormat("\xEF\xBB\xBFWEBVTT\tx\r\n\r\n01:00.000 --> 01:02.000\r\n"),
               script::Format::WebVtt);
     EXPECT_EQ(script::detectFormat("\r\n190\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n"),
               script::Format::SubRip);
     EXPECT_EQ(script::detectFormat("WEBVTTISH\n00:01.000 --> 00:02.000\n"), script::Format::Tds);
     EXPECT_EQ(script::detectFormat("  \r\n7"), script::Format::Tds);
-}
-
-// Cue times with hours or without; a minute or second past 59 is no time.
-TEST(CaptionScript, ReadsCueTimesInMilliseconds) {
-    const script::Script s = script::readScript(
-        "1\n1:02:03.456 --> 01:02:04,000\nA\n\n2\n59:58,001 --> 59:59.999\nB\n\n"
-        "3\n00:60:00,000 --> 01:00:00,000\nC\n\n4\n00:00:60,000 --> 00:01:00,000\nD\n");
-    std::vector<std::pair<std::int64_t, std::int64_t>> times;
-    for (const script::Caption& c : s.captions) times.emplace_back(c.startMs, c.endMs);
-    EXPECT_EQ(times, (decltype(times){{3723456, 3724000}, {3598001, 3599999}}));
 }
 
 struct FakeTdsView : TdsView {
@@ -130,20 +119,17 @@ struct FakeTdsView : TdsView {
     int focused = 0;
 };
 
-struct TdsInputTest : ::testing::Test {
-    testing::Rig rig;
-    testing::CaptionRecorder display{rig.tavo};
+struct TdsInputTest : ::testing::Test, testing::Rig {
+    testing::CaptionRecorder display{tavo};
     FakeTdsView view;
-    TdsInput input{rig.tavo, view};
+    TdsInput input{tavo, view};
     std::filesystem::path dir =
         std::filesystem::temp_directory_path() / ("tdsinput-" + std::to_string(::getpid()));
 
     void SetUp() override {
         std::filesystem::create_directories(dir);
-        rig.tavo.bInTDS = true;
-        rig.tavo.frmInTDS = &input;
-        rig.tavo.frmOutDW = &display;
-        rig.tavo.bOutDW = true;
+        tavo.bInTDS = true;
+        tavo.frmInTDS = &input;
     }
     void TearDown() override { std::filesystem::remove_all(dir); }
 
@@ -196,8 +182,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     input.rewind();
     EXPECT_EQ(view.onDeck, "Caption 1") << "caption 1 is the floor";
     EXPECT_EQ(view.focused, 4) << "Open, Send and Rewind hand the keys back to Send";
-    EXPECT_EQ(shown(), "1:");
-    EXPECT_EQ(view.displayed, "");
+    EXPECT_EQ(shown() + "|" + view.displayed, "1:|") << "Rewind blanks the sign";
     for (int i = 0; i < 5; ++i) input.send();
     input.rewind();
     EXPECT_EQ(view.onDeck, "Caption 2") << "from the end, the caption before the last";
@@ -209,7 +194,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     input.send();
     EXPECT_EQ(shown(), "1: 1[Caption 2]");
 
-    rig.tavo.bOutDW = false;
+    tavo.bOutDW = false;
     const long calls = display.calls;
     input.send();
     EXPECT_EQ(display.calls, calls) << "the display is down";
@@ -219,7 +204,7 @@ TEST_F(TdsInputTest, RewindEraseAndOpenKeepTheirPlaceInTheScript) {
     EXPECT_EQ(view.displayed, "Caption 3") << "the sign still shows the old caption";
 }
 
-TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {
+TEST(SubtitleClock, ReadsTheTimesTypedAndInCuesAndShowsTenths) {
     EXPECT_EQ(clockText(3723456), "01:02:03.4");
     using Times = std::vector<std::pair<const char*, std::optional<long long>>>;
     const Times times{{"", 0},
@@ -233,6 +218,13 @@ TEST(SubtitleClock, ReadsTheTimesTypedAndShowsTenths) {
     const Times offsets{{"", 0},     {"-1.25", -1300},       {"+0.04", 0},
                         {"2", 2000}, {"1.5s", std::nullopt}, {"--1", std::nullopt}};
     for (const auto& [text, ms] : offsets) EXPECT_EQ(parseOffset(text), ms) << text;
+    // Cue times with hours or without; a minute or second past 59 is no time.
+    const script::Script s = script::readScript(
+        "1\n1:02:03.456 --> 01:02:04,000\nA\n\n2\n59:58,001 --> 59:59.999\nB\n\n"
+        "3\n00:60:00,000 --> 01:00:00,000\nC\n\n4\n00:00:60,000 --> 00:01:00,000\nD\n");
+    std::vector<std::pair<std::int64_t, std::int64_t>> cues;
+    for (const script::Caption& c : s.captions) cues.emplace_back(c.startMs, c.endMs);
+    EXPECT_EQ(cues, (decltype(cues){{3723456, 3724000}, {3598001, 3599999}}));
 }
 
 // A cue of 56 characters, one of five lines, two that overlap and a gap.
@@ -249,12 +241,12 @@ const std::string kLines4and5 = "1[line four] 2[line five]";
 struct SubtitleTest : TdsInputTest {
     void SetUp() override {
         TdsInputTest::SetUp();
-        display.stamp = [this] { return std::to_string(rig.dispatch.nowMs() - t0) + " "; };
+        display.stamp = [this] { return std::to_string(dispatch.nowMs() - t0) + " "; };
         open("film.srt", kSubtitles);
     }
     // Plays from now, on virtual time, until the file has ended.
     void play() {
-        t0 = rig.dispatch.nowMs();
+        t0 = dispatch.nowMs();
         display.captions.clear();
         input.playPause();
     }
@@ -268,7 +260,7 @@ TEST_F(SubtitleTest, EachChangeReachesTheSignAtItsCueTimeAndOffsetMovesThemAll) 
         input.offsetChanged(offset);
         play();
         EXPECT_EQ(view.play, "Pause");
-        rig.dispatch.advance(15000);
+        dispatch.advance(15000);
         auto at = [&](long long ms, const std::string& rows) {
             return std::to_string(ms + shift) + " 1:" + (rows.empty() ? "" : " " + rows);
         };
@@ -283,9 +275,9 @@ TEST_F(SubtitleTest, EachChangeReachesTheSignAtItsCueTimeAndOffsetMovesThemAll) 
 TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
     input.startAtChanged("00:00:00.9");
     play();
-    rig.dispatch.advance(1000);  // file time 1.9 s: the first cue shows
+    dispatch.advance(1000);  // file time 1.9 s: the first cue shows
     input.playPause();
-    rig.dispatch.advance(60000);
+    dispatch.advance(60000);
     EXPECT_EQ(view.clock, "00:00:01.9");
     EXPECT_EQ(view.onDeck, "line one\r\nline two\r\nline three");
     input.playPause();  // sends what shows at once
@@ -293,7 +285,7 @@ TEST_F(SubtitleTest, PauseHoldsAndSendRewindEraseMoveFromCueToCue) {
     input.send();       // 9 s
     input.rewind();     // to the cue before the one that started last: 4 s
     input.erase();
-    rig.dispatch.advance(5500);  // 9.5 s: blank until cue 3, then cue 2 ends at 10 s
+    dispatch.advance(5500);  // 9.5 s: blank until cue 3, then cue 2 ends at 10 s
     EXPECT_EQ(
         display.captions,
         (Captions{"0 1:", "100 1: " + kLucern, "61000 1: " + kLucern, "61000 1: " + kLines1to3,

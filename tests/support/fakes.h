@@ -82,11 +82,14 @@ class FakeDisplay : public DisplayOutput {
     std::vector<std::int16_t> styles;
 };
 
-// A display output that reads the rows as the real one does, and keeps what it
-// sees at each style but nothing: "<stamp>1: 14[...] 15[...]".
+// The display output in use, reading the rows as the real one does; it keeps
+// what it sees at each style but nothing: "<stamp>1: 14[...] 15[...]".
 class CaptionRecorder : public DisplayOutput {
   public:
-    explicit CaptionRecorder(Tavo& tavo) : tavo(tavo) {}
+    explicit CaptionRecorder(Tavo& tavo) : tavo(tavo) {
+        tavo.frmOutDW = this;
+        tavo.bOutDW = true;
+    }
     void showForm() override {}
     void hideForm() override {}
     void showStartupBarker(bool) override {}
@@ -143,10 +146,12 @@ class FakeShell : public Shell {
     std::function<void(FilterKind, FakeFilter&)> onMake;
 };
 
-// A fresh program state on virtual time, with the main window faked.
-struct Rig {
-    VirtualDispatch dispatch;
-    MemorySettingsStore store;
+// A fresh program state, on virtual time unless told otherwise, with the main
+// window faked.
+template <typename Dispatch, typename Store = MemorySettingsStore>
+struct RigOf {
+    Dispatch dispatch;
+    Store store;
     RecordingTone tone;
     Log log;
     FakeShell shell{log};
@@ -161,5 +166,6 @@ struct Rig {
         for (unsigned char b : bytes) tavo.queueByte(b);
     }
 };
+using Rig = RigOf<VirtualDispatch>;
 
 }  // namespace zelvan::testing

@@ -9,7 +9,6 @@
 
 #include "platform/qtdispatch.h"
 #include "support/fakes.h"
-#include "support/memorysettingsstore.h"
 
 namespace zelvan::testing {
 
@@ -31,14 +30,7 @@ inline void settle(int ms) {
 }
 
 template <typename Store = MemorySettingsStore>
-struct QtRigOf {
-    QtDispatch dispatch;
-    Store store;
-    RecordingTone tone;
-    Log log;
-    FakeShell shell{log};
-    Tavo tavo{dispatch, store, tone};
-};
+using QtRigOf = RigOf<QtDispatch, Store>;
 using QtRig = QtRigOf<>;
 
 }  // namespace zelvan::testing

@@ -18,7 +18,6 @@ struct RecordingLinkViewOf : View {
     }
     void alert(const std::string& text, const std::string& detail) override {
         alerts.push_back(text + "|" + detail);
-        calls.push_back("alert:" + alerts.back());
     }
     void setOpenCaption(const std::string& c) override { openCaption = c; }
     void setSetupCaption(const std::string& t, const std::string& refusal) override {

@@ -15,7 +15,6 @@ struct ScriptedMedia : MediaSource {
     void open(const MediaRequest& r, Listener onEvent) override {
         request = r;
         listener = std::move(onEvent);
-        ++opens;
     }
     void close() override { listener = nullptr; }
     void setLoop(bool on) override { request.loop = on; }
@@ -26,7 +25,6 @@ struct ScriptedMedia : MediaSource {
 
     MediaRequest request;
     Listener listener;
-    int opens = 0;
 };
 
 struct RecordingVideoView : L21VideoView {
@@ -36,7 +34,7 @@ struct RecordingVideoView : L21VideoView {
     void messageBox(const std::string& text, const std::string& detail) override {
         boxes.push_back(text + "|" + detail);
     }
-    void setOpenCaption(const std::string& c) override { openCaption = c; }
+    void setOpenCaption(const std::string&) override {}
     void showSettings(const VideoSettings&) override {}
     void showStream(const std::string&) override {}
     void showPosition(long long) override {}
@@ -47,7 +45,6 @@ struct RecordingVideoView : L21VideoView {
     void showChannel(std::int16_t) override {}
 
     std::vector<std::string> boxes, notices;
-    std::string openCaption;
 };
 
 }  // namespace zelvan::testing

@@ -21,9 +21,7 @@ using testing::waitFor;
 
 // "cba" and a mark on row 3.
 std::string row(const std::string& mark = "") {
-    return "\x01\x20\x22\x20"
-           "abc" +
-           mark + "\x01";
+    return "\x01\x20\x22 abc" + mark + "\x01";
 }
 
 struct Reader {
