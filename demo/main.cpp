@@ -129,13 +129,13 @@ bool parse(int argc, char** argv, Options& o) {
 // otherwise, as broadcast carries it.
 int writeVideo(const Options& o, const zelvan::SccRecording& recording) {
     const std::string ext = fs::path(o.makeVideo).extension().string();
-    const zelvan::VideoSpec spec{.kind = ext == ".mp4"   ? zelvan::VideoKind::H264Mp4
-                                         : ext == ".mov" ? zelvan::VideoKind::C608Mov
-                                                         : zelvan::VideoKind::Mpeg2Ts};
+    const zelvan::VideoShape shape{.kind = ext == ".mp4"   ? zelvan::VideoKind::H264Mp4
+                                           : ext == ".mov" ? zelvan::VideoKind::C608Mov
+                                                           : zelvan::VideoKind::Mpeg2Ts};
     std::printf("writing %s into %s...\n", o.recording.c_str(), o.makeVideo.c_str());
     std::fflush(stdout);
     const std::string failure =
-        zelvan::makeVideo(o.makeVideo, spec, zelvan::wordsPerFrame(recording));
+        zelvan::makeVideo(o.makeVideo, shape, zelvan::wordsPerFrame(recording));
     if (failure.empty()) return 0;
     std::fprintf(stderr, "zelvan-demo: %s: %s\n", o.makeVideo.c_str(), failure.c_str());
     return 1;

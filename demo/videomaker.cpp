@@ -51,20 +51,20 @@ using Owned = std::unique_ptr<T, Closer>;
 
 class Maker {
   public:
-    Maker(const VideoSpec& spec) : m_spec(spec) {}
+    Maker(const VideoShape& shape) : m_shape(shape) {}
 
     std::string make(const std::string& path, const std::vector<std::uint16_t>& words) {
         static constexpr const char* kFormats[] = {"mpegts", "mp4", "mov"};
         AVFormatContext* out = nullptr;
         int err = avformat_alloc_output_context2(&out, nullptr,
-                                                 kFormats[static_cast<int>(m_spec.kind)], nullptr);
+                                                 kFormats[static_cast<int>(m_shape.kind)], nullptr);
         if (err < 0) return errorText(err);
         m_out.reset(out);
         if (std::string e = openVideo(); !e.empty()) return e;
-        if (m_spec.kind == VideoKind::C608Mov) addCaptionTrack();
+        if (m_shape.kind == VideoKind::C608Mov) addCaptionTrack();
         if ((err = avio_open(&m_out->pb, path.c_str(), AVIO_FLAG_WRITE)) < 0) return errorText(err);
         if ((err = avformat_write_header(m_out.get(), nullptr)) < 0) return errorText(err);
-        const std::size_t frames = words.size() + static_cast<std::size_t>(m_spec.tailFrames);
+        const std::size_t frames = words.size() + static_cast<std::size_t>(m_shape.tailFrames);
         for (std::size_t i = 0; i < frames; ++i) {
             const std::uint16_t word = i < words.size() ? words[i] : kPadding;
             if (std::string e = writeFrame(static_cast<long>(i), word); !e.empty()) return e;
@@ -75,21 +75,21 @@ class Maker {
 
   private:
     std::string openVideo() {
-        const bool h264 = m_spec.kind == VideoKind::H264Mp4;
+        const bool h264 = m_shape.kind == VideoKind::H264Mp4;
         const AVCodec* codec = avcodec_find_encoder_by_name(h264 ? "libx264" : "mpeg2video");
         if (!codec) return "no encoder";
         m_enc.reset(avcodec_alloc_context3(codec));
-        m_enc->width = m_spec.width;
-        m_enc->height = m_spec.height;
+        m_enc->width = m_shape.width;
+        m_enc->height = m_shape.height;
         m_enc->time_base = kFrameTime;
         m_enc->framerate = av_inv_q(kFrameTime);
         m_enc->pix_fmt = AV_PIX_FMT_YUV420P;
         m_enc->gop_size = 15;
-        m_enc->max_b_frames = h264 && !m_spec.moving ? 0 : 2;
+        m_enc->max_b_frames = h264 && !m_shape.moving ? 0 : 2;
         // A moving picture is coded as a broadcaster would, at 6 Mbit/s.
-        if (m_spec.moving) m_enc->bit_rate = 6'000'000;
+        if (m_shape.moving) m_enc->bit_rate = 6'000'000;
         if (h264)
-            av_opt_set(m_enc->priv_data, "preset", m_spec.moving ? "veryfast" : "ultrafast", 0);
+            av_opt_set(m_enc->priv_data, "preset", m_shape.moving ? "veryfast" : "ultrafast", 0);
         if (m_out->oformat->flags & AVFMT_GLOBALHEADER) m_enc->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
         int err = avcodec_open2(m_enc.get(), codec, nullptr);
         if (err < 0) return errorText(err);
@@ -98,8 +98,8 @@ class Maker {
         avcodec_parameters_from_context(m_video->codecpar, m_enc.get());
         m_frame.reset(av_frame_alloc());
         m_frame->format = AV_PIX_FMT_YUV420P;
-        m_frame->width = m_spec.width;
-        m_frame->height = m_spec.height;
+        m_frame->width = m_shape.width;
+        m_frame->height = m_shape.height;
         m_packet.reset(av_packet_alloc());
         return (err = av_frame_get_buffer(m_frame.get(), 0)) < 0 ? errorText(err) : "";
     }
@@ -122,7 +122,7 @@ class Maker {
             if (int err = writeCaptionPacket(n, word); err < 0) return errorText(err);
         } else if (AVFrameSideData* sd =
                        av_frame_new_side_data(m_frame.get(), AV_FRAME_DATA_A53_CC, 6)) {
-            putCcData(sd->data, m_spec.field, word);
+            putCcData(sd->data, m_shape.field, word);
         }
         const int err = encode(m_frame.get());
         return err < 0 ? errorText(err) : "";
@@ -130,11 +130,11 @@ class Maker {
 
     void paint(long n) {
         for (int plane = 0; plane < 3; ++plane) {
-            const int h = plane ? m_spec.height / 2 : m_spec.height;
-            const int w = plane ? m_spec.width / 2 : m_spec.width;
+            const int h = plane ? m_shape.height / 2 : m_shape.height;
+            const int w = plane ? m_shape.width / 2 : m_shape.width;
             for (int y = 0; y < h; ++y) {
                 std::uint8_t* row = m_frame->data[plane] + y * m_frame->linesize[plane];
-                if (!m_spec.moving || plane) {
+                if (!m_shape.moving || plane) {
                     std::memset(row, plane ? 128 : 100, static_cast<std::size_t>(w));
                     continue;
                 }
@@ -149,7 +149,7 @@ class Maker {
     int writeCaptionPacket(long n, std::uint16_t word) {
         Owned<AVPacket> p(av_packet_alloc());
         if (int err = av_new_packet(p.get(), 3); err < 0) return err;
-        putTriple(p->data, m_spec.field, word);
+        putTriple(p->data, m_shape.field, word);
         p->pts = p->dts = n;
         p->duration = 1;
         p->stream_index = m_captions->index;
@@ -170,7 +170,7 @@ class Maker {
         return err;
     }
 
-    VideoSpec m_spec;
+    VideoShape m_shape;
     Owned<AVFormatContext> m_out;
     Owned<AVCodecContext> m_enc;
     Owned<AVFrame> m_frame;
@@ -198,10 +198,10 @@ std::string boxStream(const std::vector<std::uint16_t>& words) {
     return s;
 }
 
-std::string makeVideo(const std::string& path, const VideoSpec& spec,
+std::string makeVideo(const std::string& path, const VideoShape& shape,
                       const std::vector<std::uint16_t>& words) {
     av_log_set_level(AV_LOG_ERROR);  // the encoders' reports are of no use here
-    return Maker(spec).make(path, words);
+    return Maker(shape).make(path, words);
 }
 
 }  // namespace zelvan

@@ -18,7 +18,7 @@ enum class VideoKind {
     C608Mov,  // a 608 caption track beside an MPEG-2 picture track, in MOV
 };
 
-struct VideoSpec {
+struct VideoShape {
     VideoKind kind = VideoKind::Mpeg2Ts;
     int width = 160;
     int height = 96;
@@ -38,7 +38,7 @@ std::vector<std::uint16_t> wordsPerFrame(const SccRecording& recording);
 std::string boxStream(const std::vector<std::uint16_t>& words);
 
 // Writes the file; returns "" or FFmpeg's reason for failing.
-std::string makeVideo(const std::string& path, const VideoSpec& spec,
+std::string makeVideo(const std::string& path, const VideoShape& shape,
                       const std::vector<std::uint16_t>& words);
 
 }  // namespace zelvan

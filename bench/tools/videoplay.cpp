@@ -49,14 +49,14 @@ int main(int argc, char** argv) {
     std::vector<std::uint16_t> words = wordsPerFrame(rec);
     words.resize(std::min<std::size_t>(words.size(),
                                        static_cast<std::size_t>(seconds * kSccFramesPerSecond)));
-    const VideoSpec spec{.kind = kindName == "mp4"   ? VideoKind::H264Mp4
-                                 : kindName == "mov" ? VideoKind::C608Mov
-                                                     : VideoKind::Mpeg2Ts,
-                         .width = std::atoi(argv[4]),
-                         .height = std::atoi(argv[5]),
-                         .moving = true};
+    const VideoShape shape{.kind = kindName == "mp4"   ? VideoKind::H264Mp4
+                                   : kindName == "mov" ? VideoKind::C608Mov
+                                                       : VideoKind::Mpeg2Ts,
+                           .width = std::atoi(argv[4]),
+                           .height = std::atoi(argv[5]),
+                           .moving = true};
     const std::string path = "/tmp/zelvan-videoplay-" + std::to_string(::getpid()) + "." + kindName;
-    if (const std::string e = makeVideo(path, spec, words); !e.empty()) {
+    if (const std::string e = makeVideo(path, shape, words); !e.empty()) {
         std::fprintf(stderr, "videoplay: %s\n", e.c_str());
         return 1;
     }
@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
                        rig.signBytes.compare(rig.signBytes.size() - expected.size(),
                                              expected.size(), expected) == 0;
     std::printf("%-4s %5dx%-5d %4d s  %6.2f%% of one core  %5zu pairs  sign %s\n", kindName.c_str(),
-                spec.width, spec.height, seconds, 100 * cpu / wall, boxStream(words).size() / 2,
+                shape.width, shape.height, seconds, 100 * cpu / wall, boxStream(words).size() / 2,
                 exact ? "byte-exact" : "DIFFERS");
     return exact ? 0 : 1;
 }
