@@ -30,6 +30,7 @@
 #include <vector>
 
 #include "display/mirror/mirrorfeed.h"
+#include "display/mirror/mirrorserver.h"
 #include "support/programrig.h"
 #include "support/qtrig.h"
 
@@ -128,9 +129,17 @@ int fanOut(ProgramRig& rig, Readers& readers, int captions) {
     return missed == 0 ? 0 : 1;
 }
 
+// Memory is read once the readers that left have been gone a while, when the
+// program has given their memory back.
+long settledRssKb(ProgramRig& rig) {
+    rig.waitUntil([] { return false; }, zelvan::MirrorServer::kGiveBackMs + 1000);
+    return rssKb(rig.pid());
+}
+
 void churn(ProgramRig& rig, std::uint16_t port, int times) {
     constexpr int kBatch = 100;
-    std::printf("churn: RSS before %ld kB", rssKb(rig.pid()));
+    std::printf("churn: RSS before %ld kB", settledRssKb(rig));
+    long most = 0;
     for (int done = 0; done < times; done += kBatch) {
         Readers batch = connectReaders(port, kBatch);
         for (auto& r : batch) r->socket.close();
@@ -139,11 +148,12 @@ void churn(ProgramRig& rig, std::uint16_t port, int times) {
                 return r->socket.state() == QAbstractSocket::UnconnectedState;
             });
         });
+        most = std::max(most, rssKb(rig.pid()));
         if ((done + kBatch) % 2500 == 0)
-            std::printf(", after %d %ld kB", done + kBatch, rssKb(rig.pid()));
+            std::printf(", after %d %ld kB", done + kBatch, settledRssKb(rig));
         std::fflush(stdout);
     }
-    std::printf("\n");
+    std::printf("; most while they came and went %ld kB\n", most);
 }
 
 // A raw connection that does the handshake with a small receive buffer; the

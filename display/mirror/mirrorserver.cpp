@@ -1,5 +1,6 @@
 #include "display/mirror/mirrorserver.h"
 
+#include <malloc.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -120,6 +121,9 @@ MirrorServer::MirrorServer(EventDispatch& dispatch, const MirrorSettings& settin
     // route itself answers nothing.
     m_http.route(kFeedPath, QHttpServerRequest::Method::Get, [](QHttpServerResponder&&) {});
     connect(&m_http, &QAbstractHttpServer::newWebSocketConnection, this, [this] { takeReaders(); });
+    m_giveBack.setSingleShot(true);
+    m_giveBack.setInterval(kGiveBackMs);
+    connect(&m_giveBack, &QTimer::timeout, this, [this] { giveMemoryBack(); });
 }
 
 // Turning the mirror off ends every reader's connection.
@@ -185,6 +189,14 @@ void MirrorServer::leave(QWebSocket* socket) {
     m_clients.leave(*it->second);
     m_readers.erase(it);
     m_readerCount = m_clients.count();
+    m_giveBack.start();
+}
+
+// A reader's buffers are freed in the middle of the heap, where the allocator
+// keeps them for later; the phones of a venue leave at once, at the end of a
+// showing, and the program would hold their memory all evening.
+void MirrorServer::giveMemoryBack() {
+    ::malloc_trim(0);
 }
 
 }  // namespace zelvan

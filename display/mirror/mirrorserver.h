@@ -12,6 +12,7 @@
 #include <QHttpServer>
 #include <QPointer>
 #include <QTcpServer>
+#include <QTimer>
 #include <QWebSocketProtocol>
 #include <atomic>
 #include <memory>
@@ -46,6 +47,8 @@ class ConnectionGate : public QTcpServer {
     void release(const QHostAddress& address, quint16 port);
     // Connections held now, readers and requests.
     int open();
+    // Connections that became readers and have not yet left.
+    std::size_t kept() const { return m_kept.size(); }
     int refused = 0;
 
   protected:
@@ -67,6 +70,8 @@ class MirrorServer : public QObject {
     static constexpr int kLargestIncoming = 1024;
     static constexpr const char* kFeedPath = "/live";
     static constexpr int kCloseBoundMs = 2000;
+    // How long after the last reader leaves its freed memory goes back.
+    static constexpr int kGiveBackMs = 2000;
 
     MirrorServer(EventDispatch& dispatch, const MirrorSettings& settings);
     ~MirrorServer() override;
@@ -86,6 +91,7 @@ class MirrorServer : public QObject {
     void admit(std::unique_ptr<QWebSocket> socket);
     void refuse(QWebSocket* socket, QWebSocketProtocol::CloseCode code, const char* reason);
     void leave(QWebSocket* socket);
+    void giveMemoryBack();
 
     MirrorSettings m_settings;
     QHttpServer m_http;
@@ -94,6 +100,7 @@ class MirrorServer : public QObject {
     MirrorFeed m_feed;
     std::unordered_map<QWebSocket*, std::unique_ptr<WebReader>> m_readers;
     std::atomic<std::size_t> m_readerCount = 0;
+    QTimer m_giveBack;
     std::string m_error;
 };
 

@@ -127,6 +127,7 @@ TEST_F(MirrorServerTest, AFloodPastTheLimitIsRefusedAndTheReadersGoOn) {
     EXPECT_TRUE(first.gets("cba") && second.gets("cba"));
     second.socket.close();
     EXPECT_TRUE(waitFor([&] { return server->gate().open() == 1; }));
+    EXPECT_EQ(server->gate().kept(), 1u);
 }
 
 std::uint16_t freePort() {
