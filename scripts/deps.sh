@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   cmake g++ make pkg-config
   qt6-base-dev qt6-serialport-dev qt6-qpa-plugins libgl1-mesa-dev
-  qt6-httpserver-dev qt6-websockets-dev libqrencode-dev chromium
+  qt6-httpserver-dev qt6-websockets-dev libqrencode-dev chromium firefox-esr python3-websocket
   libasound2-dev
   libavformat-dev libavcodec-dev libavutil-dev
   libgtest-dev libgmock-dev libbenchmark-dev

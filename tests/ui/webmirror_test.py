@@ -1,14 +1,14 @@
 #!/usr/bin/python3
 """The web mirror in a real browser: the real program, with its decoder box
 and its sign on pseudo-terminals and the mirror on, serves the page to
-headless Chromium on a phone-sized screen; while captions play into the
+headless Chromium or Firefox on a phone-sized screen; while captions play into the
 decoder, the page's current caption must equal what the sign shows in its
 reflector, read from the bytes the sign got. Then the program goes, and comes
 back with a null device for its sign, as at a venue without one: the page
 says it is reconnecting, reconnects by itself, and shows the next caption.
-    tests/ui/webmirror_test.py build/zelvan21 [SCREENSHOT.png]
-Exits 77 (skipped) when Chromium is missing. Chromium is driven over its
-debugging pipe, so nothing beyond Python's own library is needed.
+    tests/ui/webmirror_test.py build/zelvan21 [chromium|firefox] [SCREENSHOT.png]
+Exits 77 (skipped) when the browser is missing. Chromium is driven over its
+debugging pipe; Firefox over WebDriver BiDi, with Debian's python3-websocket.
 """
 
 import base64
@@ -57,7 +57,7 @@ class Sign:
         return "\n".join(line for line in lines if line)
 
 
-class Browser:
+class Chromium:
     """Headless Chromium over --remote-debugging-pipe: commands on fd 3,
     answers on fd 4, each a JSON text ended by a NUL byte."""
 
@@ -99,14 +99,113 @@ class Browser:
     def page(self, method, **params):
         return self.call(method, self.session, **params)
 
-    def text(self, element_id):
-        result = self.page("Runtime.evaluate", returnByValue=True,
-                           expression=f"document.getElementById('{element_id}').textContent")
+    def phone(self):
+        self.page("Emulation.setDeviceMetricsOverride", width=360, height=740,
+                  deviceScaleFactor=2, mobile=True)
+
+    def open(self, url):
+        self.page("Page.navigate", url=url)
+
+    def evaluate(self, expression):
+        result = self.page("Runtime.evaluate", returnByValue=True, expression=expression)
         return result["result"].get("value")
+
+    def screenshot(self):
+        return base64.b64decode(self.page("Page.captureScreenshot", format="png")["data"])
 
     def end(self):
         self.process.terminate()
         self.process.wait()
+
+
+# Firefox stays on loopback: everything else goes to a proxy that isn't there.
+FIREFOX_PREFS = {
+    "network.proxy.type": 1,
+    "network.proxy.http": "127.0.0.1",
+    "network.proxy.http_port": 9,
+    "network.proxy.ssl": "127.0.0.1",
+    "network.proxy.ssl_port": 9,
+    "app.update.disabledForTesting": True,
+    "browser.shell.checkDefaultBrowser": False,
+    "datareporting.policy.dataSubmissionEnabled": False,
+    "toolkit.telemetry.reportingpolicy.firstRun": False,
+}
+
+
+class Firefox:
+    """Headless Firefox over WebDriver BiDi, a WebSocket on a loopback port."""
+
+    def __init__(self, profile):
+        import websocket  # Debian's python3-websocket
+
+        os.makedirs(profile)
+        with open(os.path.join(profile, "user.js"), "w") as prefs:
+            for name, value in FIREFOX_PREFS.items():
+                prefs.write(f"user_pref({json.dumps(name)}, {json.dumps(value)});\n")
+        port = free_port()
+        self.process = subprocess.Popen(
+            ["firefox-esr", "--headless", "--no-remote", "--profile", profile,
+             f"--remote-debugging-port={port}", "about:blank"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        assert wait_for(lambda: listening(port), 30), "Firefox never listened"
+        self.socket = websocket.create_connection(f"ws://127.0.0.1:{port}/session", timeout=20,
+                                                  suppress_origin=True)
+        self.last = 0
+        self.call("session.new", capabilities={})
+        self.context = self.call("browsingContext.getTree")["contexts"][0]["context"]
+
+    def call(self, method, **params):
+        self.last += 1
+        self.socket.send(json.dumps({"id": self.last, "method": method, "params": params}))
+        while True:
+            answer = json.loads(self.socket.recv())
+            if answer.get("id") == self.last:
+                assert answer.get("type") == "success", answer
+                return answer["result"]
+
+    def phone(self):
+        self.call("browsingContext.setViewport", context=self.context,
+                  viewport={"width": 360, "height": 740}, devicePixelRatio=2)
+
+    def open(self, url):
+        self.call("browsingContext.navigate", context=self.context, url=url, wait="complete")
+
+    def evaluate(self, expression):
+        result = self.call("script.evaluate", target={"context": self.context},
+                           awaitPromise=False, expression=expression)
+        return result["result"].get("value")
+
+    def screenshot(self):
+        data = self.call("browsingContext.captureScreenshot", context=self.context)["data"]
+        return base64.b64decode(data)
+
+    def end(self):
+        self.socket.close()
+        self.process.terminate()
+        self.process.wait()
+
+
+def text(browser, element_id):
+    return browser.evaluate(f"document.getElementById('{element_id}').textContent")
+
+
+def choices(browser):
+    """The reader's text size and colours as the page shows them."""
+    return browser.evaluate("getComputedStyle(document.documentElement)"
+                            ".getPropertyValue('--size').trim() + ' ' + document.body.className")
+
+
+def press(browser, *buttons):
+    for button in buttons:
+        browser.evaluate(f"document.getElementById('{button}').click()")
+
+
+BROWSERS = {"chromium": ("chromium", Chromium), "firefox": ("firefox-esr", Firefox)}
+
+
+def listening(port):
+    with socket.socket() as s:
+        return s.connect_ex(("127.0.0.1", port)) == 0
 
 
 def pop_on(lines):
@@ -151,9 +250,10 @@ def wait_for(done, seconds=10):
     return False
 
 
-def main(binary, screenshot=None):
-    if not shutil.which("chromium"):
-        print("skipped: no chromium")
+def main(binary, browser_name="chromium", screenshot=None):
+    command, kind = BROWSERS[browser_name]
+    if not shutil.which(command):
+        print(f"skipped: no {command}")
         return SKIPPED
     box, sign_line = Line(), Line()
     folder = tempfile.mkdtemp(prefix="zelvan-mirror-")
@@ -171,35 +271,40 @@ def main(binary, screenshot=None):
     try:
         sign = Sign()
         assert wait_for(lambda: sign.feed(sign_line.take()) or sign.reflector()), "no startup caption"
-        browser = Browser(os.path.join(folder, "browser"))
-        browser.page("Emulation.setDeviceMetricsOverride", width=360, height=740,
-                     deviceScaleFactor=2, mobile=True)
-        browser.page("Page.navigate", url=f"http://127.0.0.1:{port}/")
-        assert wait_for(lambda: browser.text("status") == "Live"), browser.text("status")
+        browser = kind(os.path.join(folder, "browser"))
+        browser.phone()
+        browser.open(f"http://127.0.0.1:{port}/")
+        assert wait_for(lambda: text(browser, "status") == "Live"), text(browser, "status")
         time.sleep(1.0)  # the decoder port settles after opening
         for lines in [None] + CAPTIONS:
             if lines:
                 os.write(box.master, pop_on(lines))
                 sign.feed(frames(sign_line))
             want = sign.reflector()
-            assert wait_for(lambda: browser.text("current") == want, 5), \
-                f"the page shows {browser.text('current')!r}, the sign {want!r}"
+            assert wait_for(lambda: text(browser, "current") == want, 5), \
+                f"the page shows {text(browser, 'current')!r}, the sign {want!r}"
             print("ok:", want.replace("\n", " / "))
-        assert "Good evening, everyone." in browser.text("history"), browser.text("history")
+        assert "Good evening, everyone." in text(browser, "history"), text(browser, "history")
         if screenshot:
-            png = browser.page("Page.captureScreenshot", format="png")["data"]
             with open(screenshot, "wb") as f:
-                f.write(base64.b64decode(png))
+                f.write(browser.screenshot())
+        before = choices(browser)
+        press(browser, "larger", "larger", "theme")
+        chosen = choices(browser)
+        assert chosen != before and int(chosen[:2]) == int(before[:2]) + 8, (before, chosen)
+        browser.open(f"http://127.0.0.1:{port}/")
+        assert wait_for(lambda: text(browser, "status") == "Live"), text(browser, "status")
+        assert choices(browser) == chosen, f"after a reload {choices(browser)!r}, not {chosen!r}"
         program.terminate()
         program.wait()
-        assert wait_for(lambda: browser.text("status") == "Reconnecting\u2026"), browser.text("status")
+        assert wait_for(lambda: text(browser, "status") == "Reconnecting\u2026"), text(browser, "status")
         program = start("null")
-        assert wait_for(lambda: browser.text("status") == "Live", 20), browser.text("status")
-        assert wait_for(lambda: browser.text("current").startswith("Welcome"))
+        assert wait_for(lambda: text(browser, "status") == "Live", 20), text(browser, "status")
+        assert wait_for(lambda: text(browser, "current").startswith("Welcome"))
         time.sleep(1.0)
         os.write(box.master, pop_on([b"Without a sign."]))
-        assert wait_for(lambda: browser.text("current") == "Without a sign.", 5), \
-            browser.text("current")
+        assert wait_for(lambda: text(browser, "current") == "Without a sign.", 5), \
+            text(browser, "current")
     finally:
         if browser:
             browser.end()
@@ -211,4 +316,4 @@ def main(binary, screenshot=None):
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:3]))
+    sys.exit(main(*sys.argv[1:4]))
