@@ -11,6 +11,8 @@
 #include "display/mirror/frmmirror.h"
 #include "display/mirror/mirrorserver.h"
 #include "platform/nullport.h"
+#include "support/logicframes.h"
+#include "support/programrig.h"
 #include "support/qtrig.h"
 #include "support/recordinglinkview.h"
 
@@ -56,9 +58,25 @@ QByteArray exchange(std::uint16_t port, const QByteArray& request, int pauseMs =
     return got + (s.state() == QAbstractSocket::UnconnectedState ? "<closed>" : "<open>");
 }
 
+// Connections that only connect.
+std::vector<std::unique_ptr<QTcpSocket>> crowd(std::uint16_t port, int n) {
+    std::vector<std::unique_ptr<QTcpSocket>> sockets(n);
+    for (auto& s : sockets) {
+        s = std::make_unique<QTcpSocket>();
+        s->connectToHost(QHostAddress::LocalHost, port);
+    }
+    return sockets;
+}
+
 QByteArray handshake() {
     return "GET /live HTTP/1.1\r\nHost: x\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
            "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\nSec-WebSocket-Version: 13\r\n\r\n";
+}
+
+std::uint16_t freePort() {
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
 }
 
 struct MirrorServerTest : ::testing::Test {
@@ -73,38 +91,6 @@ struct MirrorServerTest : ::testing::Test {
     void show(const std::string& bytes) { server->tap().written(bytes); }
 };
 
-// Each bad request is turned away and nothing else: the reader connected
-// before it still gets the next change and the page is still served.
-TEST_F(MirrorServerTest, BadInputIsTurnedAwayAndTheOthersAreServed) {
-    start(5);
-    Reader reader(server->port());
-    ASSERT_TRUE(reader.gets("\"seq\": 0"));
-    const struct {
-        const char* what;
-        QByteArray request;
-        QByteArray answerStart;
-        bool closes = true;
-    } cases[] = {
-        {"malformed request line", "GARBAGE\r\n\r\n", "<closed>"},
-        {"1 MB header", "GET / HTTP/1.1\r\nX: " + QByteArray(1 << 20, 'a') + "\r\n\r\n",
-         "<closed>"},
-        {"no such page", "GET /other HTTP/1.1\r\nHost: x\r\n\r\n", "HTTP/1.1 404", false},
-        {"bad opcode", handshake() + "|" + QByteArray("\x83\x80\x01\x02\x03\x04", 6),
-         "HTTP/1.1 101"},
-    };
-    for (int i = 0; i < std::ssize(cases); ++i) {
-        const QByteArray answer = exchange(server->port(), cases[i].request, 100);
-        EXPECT_TRUE(answer.startsWith(cases[i].answerStart) &&
-                    answer.endsWith("<closed>") == cases[i].closes)
-            << cases[i].what << ": " << answer.left(200).toStdString();
-        show(row(std::to_string(i)));
-        EXPECT_TRUE(reader.gets(("\"seq\": " + std::to_string(i + 1)).c_str())) << cases[i].what;
-    }
-    const QByteArray page = exchange(server->port(), "GET / HTTP/1.1\r\nHost: x\r\n\r\n");
-    EXPECT_TRUE(page.startsWith("HTTP/1.1 200") && page.contains("/live") &&
-                page.contains("Content-Security-Policy: default-src 'none'"));
-}
-
 // Readers past the limit are refused with a reason, and a flood of
 // connections leaves the readers served; every connection let go is freed.
 TEST_F(MirrorServerTest, AFloodPastTheLimitIsRefusedAndTheReadersGoOn) {
@@ -114,15 +100,10 @@ TEST_F(MirrorServerTest, AFloodPastTheLimitIsRefusedAndTheReadersGoOn) {
     Reader third(server->port());
     EXPECT_TRUE(waitFor([&] { return third.socket.closeReason() == "Too many readers"; }));
     EXPECT_TRUE(third.got.isEmpty());
-    std::vector<std::unique_ptr<QTcpSocket>> flood;
-    for (int attempt = 0; attempt < 2000; ++attempt) {
-        flood.push_back(std::make_unique<QTcpSocket>());
-        flood.back()->connectToHost(QHostAddress::LocalHost, server->port());
-        if (flood.size() < 200) continue;
-        waitFor([&] { return server->gate().open() >= 2 + MirrorServer::kSpareConnections; }, 500);
-        flood.clear();
+    {
+        const auto flood = crowd(server->port(), 200);
+        EXPECT_TRUE(waitFor([&] { return server->gate().refused > 0; }));
     }
-    EXPECT_GT(server->gate().refused, 0);
     show(row());
     EXPECT_TRUE(first.gets("cba") && second.gets("cba"));
     second.socket.close();
@@ -130,10 +111,51 @@ TEST_F(MirrorServerTest, AFloodPastTheLimitIsRefusedAndTheReadersGoOn) {
     EXPECT_EQ(server->gate().kept(), 1u);
 }
 
-std::uint16_t freePort() {
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return probe.serverPort();
+// The real program with the mirror on, a reader and a sign: each bad request
+// comes while a caption is on its way. It is turned away and nothing else: the
+// sign gets every frame as the logic sends them, the reader every caption, and
+// the page is still served.
+TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
+    const std::uint16_t port = freePort();
+    testing::ProgramRig rig(ZELVAN_BINARY,
+                            "[WebMirror]\nEnabled=true\nPort=" + std::to_string(port) + "\n");
+    ASSERT_TRUE(rig.waitUntil([&] { return rig.boxReady(); }, 20000));
+    rig.waitUntil([] { return false; }, 500);
+    Reader reader(port);
+    ASSERT_TRUE(reader.gets("Welcome"));
+    const struct {
+        const char* what;
+        QByteArray request;
+        QByteArray answerStart;  // then the connection closes
+    } cases[] = {
+        {"malformed request line", "GARBAGE\r\n\r\n", "<closed>"},
+        {"1 MB header", "GET / HTTP/1.1\r\nX: " + QByteArray(1 << 20, 'a') + "\r\n\r\n",
+         "<closed>"},
+        {"bad opcode", handshake() + "|" + QByteArray("\x83\x80\x01\x02\x03\x04", 6),
+         "HTTP/1.1 101"},
+        {"2,000 connection attempts", {}, {}},
+    };
+    std::string sent;
+    for (int i = 0; i < std::ssize(cases); ++i) {
+        const std::string text = "Caption " + std::to_string(i);
+        sent += testing::popOnCaption(text);
+        rig.sendToBox(testing::popOnCaption(text));
+        if (cases[i].request.isEmpty()) {
+            const auto flood = crowd(port, 2000);
+            testing::settle(500);
+        } else {
+            const QByteArray answer = exchange(port, cases[i].request, 100);
+            EXPECT_TRUE(answer.startsWith(cases[i].answerStart) && answer.endsWith("<closed>"))
+                << cases[i].what << ": " << answer.left(200).toStdString();
+        }
+        const std::string frames = testing::logicFrames(sent);
+        EXPECT_TRUE(rig.waitUntil([&] { return rig.signBytes.ends_with(frames); }, 5000))
+            << cases[i].what;
+        EXPECT_TRUE(reader.gets(text.c_str())) << cases[i].what;
+    }
+    const QByteArray page = exchange(port, "GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+    EXPECT_TRUE(page.startsWith("HTTP/1.1 200") && page.contains("/live") &&
+                page.contains("Content-Security-Policy: default-src 'none'"));
 }
 
 // The window turns the mirror on and off and keeps the choice; while on, the
