@@ -137,8 +137,8 @@ TEST(MirrorSettingsTest, OffByDefaultAndBadValuesKeepTheDefaults) {
         store.set(kWebMirrorSection, "MaxClients", bad);
         EXPECT_EQ(readMirrorSettings(store), MirrorSettings{}) << bad;
     }
-    writeMirrorSettings(store, {true, "0.0.0.0", 80, 5});
-    EXPECT_EQ(readMirrorSettings(store), (MirrorSettings{true, "0.0.0.0", 80, 5}));
+    writeMirrorSettings(store, {true, "0.0.0.0", 80, 1});
+    EXPECT_EQ(readMirrorSettings(store), (MirrorSettings{true, "0.0.0.0", 80, 1}));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <QTcpSocket>
 #include <QWebSocket>
+#include <filesystem>
 
 #include <QCheckBox>
 #include <QLabel>
@@ -21,10 +22,8 @@ namespace {
 
 using testing::waitFor;
 
-// "cba" and a mark on row 3.
-std::string row(const std::string& mark = "") {
-    return "\x01\x20\x22 abc" + mark + "\x01";
-}
+// "cba" on row 3.
+const std::string kRow = "\x01\x20\x22 abc\x01";
 
 struct Reader {
     QWebSocket socket;
@@ -58,19 +57,20 @@ QByteArray exchange(std::uint16_t port, const QByteArray& request, int pauseMs =
     return got + (s.state() == QAbstractSocket::UnconnectedState ? "<closed>" : "<open>");
 }
 
-// Connections that only connect.
-std::vector<std::unique_ptr<QTcpSocket>> crowd(std::uint16_t port, int n) {
-    std::vector<std::unique_ptr<QTcpSocket>> sockets(n);
-    for (auto& s : sockets) {
-        s = std::make_unique<QTcpSocket>();
-        s->connectToHost(QHostAddress::LocalHost, port);
-    }
-    return sockets;
+// A masked frame of 600 bytes: each within the frame limit, three over the
+// message limit.
+QByteArray frame(char finAndOpcode) {
+    return QByteArray(1, finAndOpcode) + "\xFE\x02\x58" + QByteArray(4 + 600, '\0');
 }
 
 QByteArray handshake() {
     return "GET /live HTTP/1.1\r\nHost: x\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
            "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\nSec-WebSocket-Version: 13\r\n\r\n";
+}
+
+long openFiles(pid_t pid) {
+    const std::string fds = "/proc/" + std::to_string(pid) + "/fd";
+    return std::distance(std::filesystem::directory_iterator(fds), {});
 }
 
 std::uint16_t freePort() {
@@ -79,50 +79,21 @@ std::uint16_t freePort() {
     return probe.serverPort();
 }
 
-struct MirrorServerTest : ::testing::Test {
-    QtDispatch dispatch;
-    std::unique_ptr<MirrorServer> server;
-
-    void start(int maxClients) {
-        server = std::make_unique<MirrorServer>(dispatch,
-                                                MirrorSettings{true, "127.0.0.1", 0, maxClients});
-        ASSERT_TRUE(server->listen()) << server->error();
-    }
-    void show(const std::string& bytes) { server->tap().written(bytes); }
-};
-
-// Readers past the limit are refused with a reason, and a flood of
-// connections leaves the readers served; every connection let go is freed.
-TEST_F(MirrorServerTest, AFloodPastTheLimitIsRefusedAndTheReadersGoOn) {
-    start(2);
-    Reader first(server->port()), second(server->port());
-    ASSERT_TRUE(first.gets("seq") && second.gets("seq"));
-    Reader third(server->port());
-    EXPECT_TRUE(waitFor([&] { return third.socket.closeReason() == "Too many readers"; }));
-    EXPECT_TRUE(third.got.isEmpty());
-    {
-        const auto flood = crowd(server->port(), 200);
-        EXPECT_TRUE(waitFor([&] { return server->gate().refused > 0; }));
-    }
-    show(row());
-    EXPECT_TRUE(first.gets("cba") && second.gets("cba"));
-    second.socket.close();
-    EXPECT_TRUE(waitFor([&] { return server->gate().open() == 1; }));
-    EXPECT_EQ(server->gate().kept(), 1u);
-}
-
-// The real program with the mirror on, a reader and a sign: each bad request
-// comes while a caption is on its way. It is turned away and nothing else: the
-// sign gets every frame as the logic sends them, the reader every caption, and
-// the page is still served.
+// The real program, its mirror open to one reader, under bad input while
+// captions go to the sign: each request is turned away and nothing else; the
+// sign gets every frame, the reader every caption; all let go is freed.
 TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
     const std::uint16_t port = freePort();
-    testing::ProgramRig rig(ZELVAN_BINARY,
-                            "[WebMirror]\nEnabled=true\nPort=" + std::to_string(port) + "\n");
+    testing::ProgramRig rig(ZELVAN_BINARY, "[WebMirror]\nEnabled=true\nMaxClients=1\nPort=" +
+                                               std::to_string(port) + "\n");
     ASSERT_TRUE(rig.waitUntil([&] { return rig.boxReady(); }, 20000));
     rig.waitUntil([] { return false; }, 500);
-    Reader reader(port);
+    const auto filesBefore = openFiles(rig.pid());
+    Reader reader(port), second(port);
     ASSERT_TRUE(reader.gets("Welcome"));
+    EXPECT_TRUE(waitFor([&] { return second.socket.closeReason() == "Too many readers"; }));
+    QTcpSocket idle;  // connects and never asks for anything
+    idle.connectToHost(QHostAddress::LocalHost, port);
     const struct {
         const char* what;
         QByteArray request;
@@ -133,6 +104,8 @@ TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
          "<closed>"},
         {"bad opcode", handshake() + "|" + QByteArray("\x83\x80\x01\x02\x03\x04", 6),
          "HTTP/1.1 101"},
+        {"a long message in small frames",
+         handshake() + "|" + frame(0x01) + frame(0x00) + frame(0x80), "HTTP/1.1 101"},
         {"2,000 connection attempts", {}, {}},
     };
     std::string sent;
@@ -141,7 +114,9 @@ TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
         sent += testing::popOnCaption(text);
         rig.sendToBox(testing::popOnCaption(text));
         if (cases[i].request.isEmpty()) {
-            const auto flood = crowd(port, 2000);
+            std::vector<std::unique_ptr<QTcpSocket>> flood(2000);
+            for (auto& s : flood) s = std::make_unique<QTcpSocket>();
+            for (auto& s : flood) s->connectToHost(QHostAddress::LocalHost, port);
             testing::settle(500);
         } else {
             const QByteArray answer = exchange(port, cases[i].request, 100);
@@ -153,6 +128,12 @@ TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
             << cases[i].what;
         EXPECT_TRUE(reader.gets(text.c_str())) << cases[i].what;
     }
+    // Past the bound on a request the idle connection is gone, the reader not.
+    rig.waitUntil([] { return false; }, ConnectionGate::kRequestBoundMs);
+    rig.sendToBox(testing::popOnCaption("Still here"));
+    EXPECT_TRUE(reader.gets("Still here"));
+    EXPECT_EQ(idle.state(), QAbstractSocket::UnconnectedState);
+    EXPECT_TRUE(rig.waitUntil([&] { return openFiles(rig.pid()) == filesBefore + 1; }, 3000));
     const QByteArray page = exchange(port, "GET / HTTP/1.1\r\nHost: x\r\n\r\n");
     EXPECT_TRUE(page.startsWith("HTTP/1.1 200") && page.contains("/live") &&
                 page.contains("Content-Security-Policy: default-src 'none'"));
@@ -176,9 +157,17 @@ TEST(FrmMirrorTest, TheWindowTurnsTheMirrorOnAndShowsWhereToFindIt) {
     EXPECT_EQ(window.findChild<QLabel*>("lblMirrorAddress")->text(),
               QStringLiteral("http://127.0.0.1:%1/").arg(free));
     EXPECT_FALSE(window.findChild<QLabel*>("lblQrCode")->pixmap().isNull());
+    // Four light modules of quiet zone, then the corner finder: a dark ring, a
+    // light one, a dark centre.
+    const QImage qr = qrCodeImage("http://127.0.0.1:8021/", 1);
+    for (auto [at, dark] : {std::pair{3, false}, {4, true}, {5, false}, {7, true}})
+        EXPECT_EQ(qGray(qr.pixel(at, at)) < 128, dark) << at;
+    frmMirror again(mirror);
+    EXPECT_TRUE(again.findChild<QCheckBox*>("chkMirrorOn")->isChecked());
+    EXPECT_EQ(again.findChild<QLabel*>("lblMirrorAddress")->text(),
+              window.findChild<QLabel*>("lblMirrorAddress")->text());
     Reader reader(free);
-    EXPECT_TRUE(reader.gets("seq"));
-    link.write(row());
+    link.write(kRow);
     EXPECT_TRUE(reader.gets("cba"));
     window.refreshNow();
     EXPECT_EQ(window.findChild<QLabel*>("lblReaders")->text(), "1 reader connected");
@@ -186,7 +175,13 @@ TEST(FrmMirrorTest, TheWindowTurnsTheMirrorOnAndShowsWhereToFindIt) {
     EXPECT_TRUE(
         waitFor([&] { return reader.socket.state() == QAbstractSocket::UnconnectedState; }));
     EXPECT_FALSE(readMirrorSettings(rig.store).enabled);
-    link.write(row("after"));  // no tap left on the link
+    link.write(kRow);  // no tap left on the link
+    mirror.apply({true, "nowhere", free, 5});
+    window.refreshNow();
+    EXPECT_EQ(window.findChild<QLabel*>("lblReaders")->text().toStdString(),
+              "\"nowhere\" is not an address of this computer.");
+    mirror.apply({false, "0.0.0.0", free, 5});  // a phone is told an address it can reach
+    EXPECT_EQ(mirror.url().find("0.0.0.0"), std::string::npos) << mirror.url();
 }
 
 }  // namespace
