@@ -65,7 +65,6 @@ class WebReader : public MirrorClient {
 void ConnectionGate::incomingConnection(qintptr descriptor) {
     auto* socket = open() < m_most ? new QTcpSocket : nullptr;
     if (!socket || !socket->setSocketDescriptor(descriptor)) {
-        ++refused;
         delete socket;
         ::close(static_cast<int>(descriptor));
         return;

@@ -47,9 +47,6 @@ class ConnectionGate : public QTcpServer {
     void release(const QHostAddress& address, quint16 port);
     // Connections held now, readers and requests.
     int open();
-    // Connections that became readers and have not yet left.
-    std::size_t kept() const { return m_kept.size(); }
-    int refused = 0;
 
   protected:
     void incomingConnection(qintptr descriptor) override;
@@ -84,7 +81,6 @@ class MirrorServer : public QObject {
     const MirrorClients& clients() const { return m_clients; }
     // The readers connected.
     std::size_t readerCount() const { return m_readerCount; }
-    ConnectionGate& gate() { return *m_gate; }
 
   private:
     void takeReaders();
