@@ -1,5 +1,4 @@
-// The web mirror's server on loopback, against well-behaved readers and bad
-// input, and its window.
+// The web mirror in the running program, under bad input, and its window.
 
 #include <gtest/gtest.h>
 #include <QTcpSocket>
@@ -22,8 +21,7 @@ namespace {
 
 using testing::waitFor;
 
-// "cba" on row 3.
-const std::string kRow = "\x01\x20\x22 abc\x01";
+const std::string kRow = "\x01\x20\x22 abc\x01";  // "cba" on row 3
 
 struct Reader {
     QWebSocket socket;
@@ -57,8 +55,7 @@ QByteArray exchange(std::uint16_t port, const QByteArray& request, int pauseMs =
     return got + (s.state() == QAbstractSocket::UnconnectedState ? "<closed>" : "<open>");
 }
 
-// A masked frame of 600 bytes: each within the frame limit, three over the
-// message limit.
+// A masked 600-byte frame: within the frame limit; three make too long a message.
 QByteArray frame(char finAndOpcode) {
     return QByteArray(1, finAndOpcode) + "\xFE\x02\x58" + QByteArray(4 + 600, '\0');
 }
@@ -79,20 +76,22 @@ std::uint16_t freePort() {
     return probe.serverPort();
 }
 
-// The real program, its mirror open to one reader, under bad input while
+// The real program, its mirror open to two readers, under bad input while
 // captions go to the sign: each request is turned away and nothing else; the
 // sign gets every frame, the reader every caption; all let go is freed.
 TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
     const std::uint16_t port = freePort();
-    testing::ProgramRig rig(ZELVAN_BINARY, "[WebMirror]\nEnabled=true\nMaxClients=1\nPort=" +
+    testing::ProgramRig rig(ZELVAN_BINARY, "[WebMirror]\nEnabled=true\nMaxClients=2\nPort=" +
                                                std::to_string(port) + "\n");
     ASSERT_TRUE(rig.waitUntil([&] { return rig.boxReady(); }, 20000));
     rig.waitUntil([] { return false; }, 500);
     const auto filesBefore = openFiles(rig.pid());
     Reader reader(port), second(port);
-    ASSERT_TRUE(reader.gets("Welcome"));
-    EXPECT_TRUE(waitFor([&] { return second.socket.closeReason() == "Too many readers"; }));
-    QTcpSocket idle;  // connects and never asks for anything
+    ASSERT_TRUE(reader.gets("Welcome") && second.gets("Welcome"));
+    Reader third(port);
+    EXPECT_TRUE(waitFor([&] { return third.socket.closeReason() == "Too many readers"; }));
+    second.socket.close();  // its place is for the requests below, then for another
+    QTcpSocket idle;        // connects and never asks for anything
     idle.connectToHost(QHostAddress::LocalHost, port);
     const struct {
         const char* what;
@@ -118,6 +117,7 @@ TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
             for (auto& s : flood) s = std::make_unique<QTcpSocket>();
             for (auto& s : flood) s->connectToHost(QHostAddress::LocalHost, port);
             testing::settle(500);
+            EXPECT_LE(openFiles(rig.pid()), filesBefore + 2 + MirrorServer::kSpareConnections);
         } else {
             const QByteArray answer = exchange(port, cases[i].request, 100);
             EXPECT_TRUE(answer.startsWith(cases[i].answerStart) && answer.endsWith("<closed>"))
@@ -130,10 +130,11 @@ TEST(MirrorInTheProgram, BadInputCostsTheSignNoFrameAndTheReaderNoCaption) {
     }
     // Past the bound on a request the idle connection is gone, the reader not.
     rig.waitUntil([] { return false; }, ConnectionGate::kRequestBoundMs);
+    Reader another(port);
     rig.sendToBox(testing::popOnCaption("Still here"));
-    EXPECT_TRUE(reader.gets("Still here"));
+    EXPECT_TRUE(reader.gets("Still here") && another.gets("Still here"));
     EXPECT_EQ(idle.state(), QAbstractSocket::UnconnectedState);
-    EXPECT_TRUE(rig.waitUntil([&] { return openFiles(rig.pid()) == filesBefore + 1; }, 3000));
+    EXPECT_TRUE(rig.waitUntil([&] { return openFiles(rig.pid()) == filesBefore + 2; }, 3000));
     const QByteArray page = exchange(port, "GET / HTTP/1.1\r\nHost: x\r\n\r\n");
     EXPECT_TRUE(page.startsWith("HTTP/1.1 200") && page.contains("/live") &&
                 page.contains("Content-Security-Policy: default-src 'none'"));
@@ -157,8 +158,7 @@ TEST(FrmMirrorTest, TheWindowTurnsTheMirrorOnAndShowsWhereToFindIt) {
     EXPECT_EQ(window.findChild<QLabel*>("lblMirrorAddress")->text(),
               QStringLiteral("http://127.0.0.1:%1/").arg(free));
     EXPECT_FALSE(window.findChild<QLabel*>("lblQrCode")->pixmap().isNull());
-    // Four light modules of quiet zone, then the corner finder: a dark ring, a
-    // light one, a dark centre.
+    // A quiet zone of four modules, then the finder: dark ring, light, dark centre.
     const QImage qr = qrCodeImage("http://127.0.0.1:8021/", 1);
     for (auto [at, dark] : {std::pair{3, false}, {4, true}, {5, false}, {7, true}})
         EXPECT_EQ(qGray(qr.pixel(at, at)) < 128, dark) << at;
